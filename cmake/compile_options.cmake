@@ -18,13 +18,13 @@ if(WIN32)
     # Aligned AVX moves on the 16-byte aligned Win64 stack would fault; the assembler writes unaligned ones.
     target_compile_options(qxv_options INTERFACE -Wa,-muse-unaligned-vector-move -Wa,-mbig-obj)
     # The C++ and thread runtimes go inside: nothing of mingw lies beside the DLL.
-    target_link_options(qxv_options INTERFACE -static)
+    target_link_options(qxv_options INTERFACE -static -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
   endif()
 else()
   # The C library's wide functions read 32-bit units; QXChar has 16.
   target_compile_options(qxv_options INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:SHELL:-include ${PROJECT_SOURCE_DIR}/src/os/posix_poison.h>)
-  target_link_options(qxv_options INTERFACE -Wl,-z,relro,-z,now)
+  target_link_options(qxv_options INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
   if(NOT QXV_SANITIZE) # a sanitizer's run-time stands in the program only
     target_link_options(qxv_options INTERFACE -Wl,--no-undefined)
   endif()

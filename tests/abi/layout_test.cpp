@@ -1,0 +1,109 @@
+// layout_test.cpp - sizes, offsets and values of the interface's records: frozen, and the same bytes on both systems.
+// One block a header. What can be known to the compiler is asserted there; the tests look at bytes and run-time values.
+
+#include "qxv/types.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <type_traits>
+
+namespace {
+
+// The record's bytes as the interface hands them to files and to other modules.
+template <typename Record, std::size_t size>
+bool SameBytes(const Record& record, const unsigned char (&expected)[size]) {
+  static_assert(sizeof(Record) == size && std::is_trivially_copyable_v<Record>);
+  return std::memcmp(&record, expected, size) == 0;
+}
+
+// ---- types.h: characters and integers
+
+static_assert(sizeof(QXChar) == 2 && std::numeric_limits<QXChar>::digits == 16 && !std::numeric_limits<QXChar>::is_signed);
+static_assert(std::is_same_v<decltype(QXT("a")), const QXChar (&)[2]>);
+static_assert(sizeof(QXInt64) == 8 && std::is_signed_v<QXInt64> && std::is_same_v<QXInt64, long long>);
+static_assert(sizeof(QXUInt64) == 8 && std::is_unsigned_v<QXUInt64> && std::is_same_v<QXUInt64, unsigned long long>);
+static_assert(sizeof(BYTE) == 1 && std::is_unsigned_v<BYTE>);
+static_assert(sizeof(WORD) == 2 && std::is_unsigned_v<WORD>);
+static_assert(sizeof(DWORD) == 4 && std::is_unsigned_v<DWORD>);
+static_assert(sizeof(HRESULT) == 4 && std::is_signed_v<HRESULT>);
+
+TEST(TypesLayout, ATextIsUtf16InThisMachinesOrder) {
+  const QXChar text[3] = {QXT('A'), QXT('\u4E2D'), 0};
+  const unsigned char expected[] = {0x41, 0x00, 0x2D, 0x4E, 0x00, 0x00};
+  EXPECT_EQ(std::memcmp(text, expected, sizeof expected), 0);
+  EXPECT_EQ(sizeof(QXT("\U0001F3B5")), 6u) << "a character above 0xFFFF is a pair of units, then the closing zero";
+}
+
+TEST(TypesLayout, TheHighestCharacterIsPositive) {
+  EXPECT_EQ(static_cast<int>(std::numeric_limits<QXChar>::max()), 65535);
+  EXPECT_EQ(static_cast<int>(static_cast<QXChar>(-1)), 65535);
+}
+
+// ---- types.h: handles and registry roots
+
+static_assert(sizeof(HANDLE) == 8 && std::is_same_v<HANDLE, void*>);
+static_assert(sizeof(HKEY) == 8 && std::is_pointer_v<HKEY>);
+
+TEST(TypesLayout, RegistryRootsAreSignExtended32BitNumbers) {
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(HKEY_CLASSES_ROOT), 0xFFFFFFFF80000000u);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(HKEY_CURRENT_USER), 0xFFFFFFFF80000001u);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(HKEY_LOCAL_MACHINE), 0xFFFFFFFF80000002u);
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(HKEY_USERS), 0xFFFFFFFF80000003u);
+}
+
+TEST(TypesLayout, TheInvalidHandleHasAllBitsSet) {
+  EXPECT_EQ(reinterpret_cast<std::uintptr_t>(INVALID_HANDLE_VALUE), 0xFFFFFFFFFFFFFFFFu);
+}
+
+// ---- types.h: GUID
+
+static_assert(sizeof(GUID) == 16 && alignof(GUID) == 4);
+static_assert(offsetof(GUID, Data1) == 0 && sizeof(GUID::Data1) == 4);
+static_assert(offsetof(GUID, Data2) == 4 && sizeof(GUID::Data2) == 2);
+static_assert(offsetof(GUID, Data3) == 6 && sizeof(GUID::Data3) == 2);
+static_assert(offsetof(GUID, Data4) == 8 && sizeof(GUID::Data4) == 8);
+
+TEST(TypesLayout, AGuidIsThreeNumbersThenEightBytes) {
+  const GUID guid = {0x12345678, 0x9ABC, 0xDEF0, {1, 2, 3, 4, 5, 6, 7, 8}};
+  EXPECT_TRUE(SameBytes(guid, {0x78, 0x56, 0x34, 0x12, 0xBC, 0x9A, 0xF0, 0xDE, 1, 2, 3, 4, 5, 6, 7, 8}));
+}
+
+// ---- types.h: FILETIME, SYSTEMTIME
+
+static_assert(sizeof(FILETIME) == 8 && alignof(FILETIME) == 4);
+static_assert(offsetof(FILETIME, dwLowDateTime) == 0 && offsetof(FILETIME, dwHighDateTime) == 4);
+
+static_assert(sizeof(SYSTEMTIME) == 16 && alignof(SYSTEMTIME) == 2);
+static_assert(offsetof(SYSTEMTIME, wYear) == 0 && offsetof(SYSTEMTIME, wMonth) == 2);
+static_assert(offsetof(SYSTEMTIME, wDayOfWeek) == 4 && offsetof(SYSTEMTIME, wDay) == 6);
+static_assert(offsetof(SYSTEMTIME, wHour) == 8 && offsetof(SYSTEMTIME, wMinute) == 10);
+static_assert(offsetof(SYSTEMTIME, wSecond) == 12 && offsetof(SYSTEMTIME, wMilliseconds) == 14);
+
+TEST(TypesLayout, AFileTimeHasItsLowHalfFirst) {
+  const FILETIME time = {0x04030201, 0x08070605};
+  EXPECT_TRUE(SameBytes(time, {1, 2, 3, 4, 5, 6, 7, 8}));
+}
+
+TEST(TypesLayout, ASystemTimeIsEightWords) {
+  const SYSTEMTIME time = {2024, 2, 4, 29, 23, 59, 58, 999};  // Thursday, 29 February 2024
+  EXPECT_TRUE(SameBytes(time, {0xE8, 0x07, 2, 0, 4, 0, 29, 0, 23, 0, 59, 0, 58, 0, 0xE7, 0x03}));
+}
+
+// ---- types.h: tWAVEFORMATEX
+
+static_assert(sizeof(tWAVEFORMATEX) == 18 && alignof(tWAVEFORMATEX) == 1 && std::is_same_v<tWAVEFORMATEX, WAVEFORMATEX>);
+static_assert(offsetof(tWAVEFORMATEX, wFormatTag) == 0 && offsetof(tWAVEFORMATEX, nChannels) == 2);
+static_assert(offsetof(tWAVEFORMATEX, nSamplesPerSec) == 4 && offsetof(tWAVEFORMATEX, nAvgBytesPerSec) == 8);
+static_assert(offsetof(tWAVEFORMATEX, nBlockAlign) == 12 && offsetof(tWAVEFORMATEX, wBitsPerSample) == 14);
+static_assert(offsetof(tWAVEFORMATEX, cbSize) == 16);
+
+TEST(TypesLayout, AWaveFormatIs18BytesWithoutGaps) {
+  const tWAVEFORMATEX format = {1, 2, 44100, 176400, 4, 16, 0};
+  EXPECT_TRUE(SameBytes(format, {1, 0, 2, 0, 0x44, 0xAC, 0, 0, 0x10, 0xB1, 0x02, 0, 4, 0, 16, 0, 0, 0}));
+}
+
+}  // namespace
