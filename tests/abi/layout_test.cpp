@@ -46,7 +46,7 @@ TEST(TypesLayout, TheHighestCharacterIsPositive) {
 // ---- types.h: handles and registry roots
 
 static_assert(sizeof(HANDLE) == 8 && std::is_same_v<HANDLE, void*>);
-static_assert(sizeof(HKEY) == 8 && std::is_pointer_v<HKEY>);
+static_assert(sizeof(HKEY) == 8 && std::is_pointer_v<HKEY>);  // NOLINT(bugprone-sizeof-expression): the pointer's own size
 
 TEST(TypesLayout, RegistryRootsAreSignExtended32BitNumbers) {
   EXPECT_EQ(reinterpret_cast<std::uintptr_t>(HKEY_CLASSES_ROOT), 0xFFFFFFFF80000000u);

@@ -60,7 +60,7 @@ struct Front {  // the 16 bytes before every block; memcpy'd, a block of odd siz
 static_assert(sizeof(Front) == 16);
 
 Front FrontOf(const void* block) {
-  Front front;
+  Front front{};
   std::memcpy(&front, static_cast<const unsigned char*>(block) - sizeof front, sizeof front);
   return front;
 }
