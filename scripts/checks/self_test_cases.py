@@ -22,6 +22,8 @@ CASES = {
             "src/image/pcx.cpp": '#include "own.h"\n#include "streams/byte_reader.h"\n#include "numerics/conversion.h"\n#include "qxv/path.h"\n'
                                  '#include "jpeg_codec/jpeg_codec.h"\n',
             "tests/image/pcx_test.cpp": '#include "image/own.h"\n#include "qxv/interop.h"\n', "fuzz/fuzz_pcx.cpp": '#include "image/own.h"\n',
+            "bench/support/ratio.cpp": '#include "bench/support/ratio.h"\n#include "image/model.h"\n', "bench/support/ratio.h": "",
+            "tests/image/model.h": "",
             "tools/qxvtool/main.cpp": '#include "qxv/qxv.h"\n#include "commands.h"\n', "tools/qxvtool/commands.h": "",
         }, []),
         ("arrows that run back or across", {
@@ -44,15 +46,17 @@ CASES = {
             "src/os/xml_dom_posix.cpp": "#include <libxml/parser.h>\n", "src/foundation/crc.cpp": "#include <immintrin.h>\n",
             "src/image/free_image.cpp": "#include <FreeImage.h>\n", "tests/support/guard_new.cpp": "#include <sys/mman.h>\n",
             "tests/os/file_test.cpp": "#include <gtest/gtest.h>\n#include <fcntl.h>\n", "bench/crc_bench.cpp": "#include <isa-l.h>\n",
-            "tests/judges/xml_test.cpp": "#include <libxml/parser.h>\n",
+            "tests/judges/xml_test.cpp": "#include <libxml/parser.h>\n", "tests/jpeg_codec/a_test.cpp": "#include <jpeglib.h>\n",
         }, []),
         ("each where it does not", {
             "include/qxv/string.h": "#include <unistd.h>\n", "src/os/file_win.cpp": "#include <Windows.h>\n",
             "src/foundation/guid.cpp": "#include <vector>\n#include <sys/random.h>\n", "src/streams/text.cpp": "#include <iconv.h>\n",
             "src/image/png.cpp": "#include <FreeImage.h>\n", "src/text/xml.cpp": "#include <libxml/tree.h>\n",
             "src/audio/wav.cpp": "#include <gtest/gtest.h>\n", "tests/audio/wav_test.cpp": "#include <unistd.h>\n",
+            "bench/crc_bench.cpp": "#include <sys/mman.h>\n#include <WinSock2.h>\n",
         }, ["include/qxv/string.h:1", "src/os/file_win.cpp:1", "src/foundation/guid.cpp:2", "src/streams/text.cpp:1",
-            "src/image/png.cpp:1", "src/text/xml.cpp:1", "src/audio/wav.cpp:1", "tests/audio/wav_test.cpp:1"]),
+            "src/image/png.cpp:1", "src/text/xml.cpp:1", "src/audio/wav.cpp:1", "tests/audio/wav_test.cpp:1",
+            "bench/crc_bench.cpp:1", "bench/crc_bench.cpp:2"]),
         ("two adapters of one library", {"src/os/registry_posix.cpp": "#include <sqlite3.h>\n", "src/os/store.cpp": "#include <sqlite3.h>\n"},
          ["src/os/store.cpp:1"]),
     ],
@@ -105,7 +109,8 @@ CASES = {
     ],
     "openings": [
         ("as it should be", {"src/os/a.h": "// a.h - what it is.\n// More.\n#pragma once\n", "src/os/a_win.cpp": "// a_win.cpp - it.\n\n#include \"os/a.h\"\n",
-                             "include/qxv/b.h": "// b.h - it.\n#pragma once\n", "src/foundation/b.cpp": "// b.cpp - it.\n#include \"qxv/b.h\"\n#include <vector>\n"}, []),
+                             "include/qxv/b.h": "// b.h - it.\n#pragma once\n", "src/foundation/b.cpp": "// b.cpp - it.\n#include \"qxv/b.h\"\n#include <vector>\n",
+                             "bench/c.h": "// c.h - it.\n#pragma once\n", "bench/c.cpp": "// c.cpp - it.\n#include \"bench/c.h\"\n"}, []),
         ("no name, another name, no guard", {"src/os/a.h": "#pragma once\n", "src/os/b.h": "// a.h - it.\n#include <vector>\n#pragma once\n", "src/os/c.h": "// c.h - it.\n"},
          ["src/os/a.h:1", "src/os/b.h:1", "src/os/b.h:2", "src/os/c.h:1"]),
         ("own header late or not at all", {"src/os/a.h": "// a.h - it.\n#pragma once\n", "src/os/a.cpp": "// a.cpp - it.\n#include <vector>\n#include \"os/a.h\"\n",
@@ -114,6 +119,7 @@ CASES = {
     "shell-scripts": [
         ("a sound script", {"scripts/a": "#!/usr/bin/env bash\nset -e\necho \"$1\"\n", "scripts/b.py": "if (\n"}, []),
         ("an open quote", {"scripts/a": "#!/usr/bin/env bash\nif true; then\n  echo\n"}, ["scripts/a:4"]),
+        ("a piece that others source", {"scripts/lib.sh": "root=/srv\nsay() { echo \"$who\"; }\n"}, []),
         ("what shellcheck sees", {"scripts/a.sh": "#!/bin/sh\nset -e\nrm -r $1/$unset\n"}, ["scripts/a.sh:3"]),
     ],
 }

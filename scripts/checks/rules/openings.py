@@ -35,5 +35,5 @@ def check(tree):
         if path.endswith(".cpp"):
             own = own_headers(tree, path)
             first = next(includes(tree.text(path)), None)
-            if own and not (first and any(header.endswith("/" + first[1]) for header in own)):
+            if own and not (first and any(f"/{header}".endswith("/" + first[1]) for header in own)):
                 yield Finding(path, first[0] if first else 1, f"include {' or '.join(own)} first, so that it is seen to stand alone")

@@ -7,6 +7,9 @@ import sys
 
 from tree import Finding
 
+SOURCED = "SC1090,SC1091,SC2154"  # it cannot follow a file whose name is computed, nor know what that file sets
+PIECE = ["-s", "bash", "-e", "SC2034,SC2148"]  # a file without #! is sourced by another one, which uses what is set here
+
 PURPOSE = "shell scripts pass bash -n and shellcheck"
 
 
@@ -33,6 +36,11 @@ def check(tree):
     sound = [path for path in scripts if path not in unreadable]
     if not sound:
         return
-    run = subprocess.run(["shellcheck", "-x", "-e", "SC1091", "-f", "gcc", *sound], cwd=tree.root, text=True, capture_output=True)
-    for path, line, text in re.findall(r"^(.+?):(\d+):\d+: (.*)$", run.stdout, re.MULTILINE):
-        yield Finding(path, int(line), text)
+    whole = [path for path in sound if tree.text(path).startswith("#!")]
+    for paths, options in ((whole, []), ([path for path in sound if path not in whole], PIECE)):
+        if not paths:
+            continue
+        run = subprocess.run(["shellcheck", "-x", "-e", SOURCED, *options, "-f", "gcc", *paths], cwd=tree.root, text=True,
+                             capture_output=True)
+        for path, line, text in re.findall(r"^(.+?):(\d+):\d+: (.*)$", run.stdout, re.MULTILINE):
+            yield Finding(path, int(line), text)

@@ -27,8 +27,13 @@ ADAPTERS = [
     (re.compile(r"sqlite3\.h"), re.compile(r"src/os/\w+\.(h|cpp)"), "the registry source in src/os"),
     (re.compile(r"j(peglib|error|config|morecfg)\.h|turbojpeg\.h"), re.compile(r"src/jpeg_codec/\w+\.(h|cpp)"), "src/jpeg_codec"),
 ]
-TEST_LIBRARIES = {"tests": re.compile(r"g(test|mock)/.*"), "bench": re.compile(r"benchmark/.*")}
-PEERS = re.compile(r"bench/.*|tests/judges/.*")  # measured beside, or asked about, any library
+PEERS = re.compile(r"bench/.*|tests/.*")  # measured beside, or compared with, any library
+
+OPERATING_SYSTEM = re.compile(r"""(?x) (sys|net|netinet|arpa|linux|asm|bits)/.* | (unistd|fcntl|dirent|pthread|dlfcn|pwd|grp|iconv|
+    langinfo|nl_types|utmpx?|mntent|netdb|poll|sched|semaphore|spawn|termios|glob|fnmatch|ftw|syslog|malloc|alloca|aio|cpuid|io|
+    direct|process|tchar|conio|strings|monetary|wordexp|libgen|elf|link|execinfo)\.h |
+    (?i:(win\w*|ws2\w*|mmreg|mmsystem|shl\w*|shellapi|obj\w*|ole\w*|msxml\w*|rpc\w*|lm\w*|psapi|iphlpapi|tlhelp32|io|dbghelp|ntdef|
+    ntstatus|fileapi|handleapi|processthreadsapi|synchapi|sysinfoapi|comdef|unknwn|bcrypt|versionhelpers)\.h)""")
 
 WINDOWS = re.compile(r"(?i)windows\.h")
 WINDOWS_IN = ("src/os/win_api.h", "include/qxv/types.h")
@@ -46,15 +51,14 @@ def refusal(path, name):
         return None
     if path.startswith("include/"):
         return "a public header takes only public headers and standard ones"
-    for header, sources, where in ADAPTERS:
-        if header.fullmatch(name):
-            return None if sources.fullmatch(path) or PEERS.fullmatch(path) else f"only {where} includes it"
     if INTRINSICS.fullmatch(name):
         return None
-    if PEERS.fullmatch(path) or SYSTEM_FOLDERS.fullmatch(path):
+    if PEERS.fullmatch(path) and not OPERATING_SYSTEM.fullmatch(name):
         return None
-    library = TEST_LIBRARIES.get(path.split("/")[0])
-    if library and library.fullmatch(name):
+    for header, sources, where in ADAPTERS:
+        if header.fullmatch(name):
+            return None if sources.fullmatch(path) else f"only {where} includes it"
+    if SYSTEM_FOLDERS.fullmatch(path):
         return None
     return "the system and foreign libraries are reached through src/os: call what it offers or add it there"
 
