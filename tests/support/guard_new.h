@@ -1,7 +1,7 @@
 // guard_new.h - what the replaced allocation functions of every test program tell and do.
 // Each array-new block ends at an inaccessible page, so one byte written or read behind it ends the program; the 16 bytes before
-// it are checked at its release, as is the pairing of new with delete and new[] with delete[]. Under a sanitizer, which watches
-// both itself, only counting and refusing remain.
+// it are checked at its release, as is the pairing of new with delete and new[] with delete[]. Under AddressSanitizer, which
+// watches both itself, only counting and refusing remain.
 #pragma once
 
 #include <cstddef>

@@ -1,0 +1,15 @@
+# Libraries of others, as imported targets. Linux takes Debian's packages (scripts/setup), Windows what scripts/windows-deps built.
+
+# qxv_find(JPEG [arguments of find_package]): a missing library ends the configuration and names the script that brings it.
+macro(qxv_find package)
+  find_package(${package} QUIET ${ARGN})
+  if(NOT ${package}_FOUND)
+    if(CMAKE_CROSSCOMPILING)
+      message(FATAL_ERROR "${package} for Windows was not found: run scripts/windows-deps, which builds it")
+    else()
+      message(FATAL_ERROR "${package} was not found: run scripts/setup, which installs it")
+    endif()
+  endif()
+endmacro()
+
+qxv_find(JPEG) # JPEG::JPEG
