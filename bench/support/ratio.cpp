@@ -119,14 +119,14 @@ std::string TimeText(double nanoseconds) {
 const char* TierOf(const Job& job) { return job.tier ? qxv::os::CpuTierName(*job.tier) : "-"; }
 
 void PrintHeader() {
-  std::printf("%-18s | %-10s | %-7s | %-10s | %-24s | %-10s | %-7s | %-8s | %s\n", "job", "size", "tier", "ours", "peer name",
+  std::printf("%-18s | %-12s | %-7s | %-10s | %-24s | %-10s | %-7s | %-8s | %s\n", "job", "size", "tier", "ours", "peer name",
               "peer", "ratio", "must", "spread");
 }
 
 // Returns whether each ratio that is asked for was reached.
 bool RunJob(const Job& job) {
   if (job.tier && *job.tier > qxv::os::DetectCpuTier()) {
-    std::printf("%-18s | %-10s | %-7s | left out: this machine has no %s\n", job.name.c_str(), job.size.c_str(), TierOf(job),
+    std::printf("%-18s | %-12s | %-7s | left out: this machine has no %s\n", job.name.c_str(), job.size.c_str(), TierOf(job),
                 TierOf(job));
     return true;
   }
@@ -149,7 +149,7 @@ bool RunJob(const Job& job) {
       reached = reached && ratio >= peer.must;
     }
     const double spread = std::max(best[0].Spread(), best[i + 1].Spread());
-    std::printf("%-18s | %-10s | %-7s | %10s | %-24s | %10s | %6.2fx | %-8s | %.1f %%%s\n", job.name.c_str(), job.size.c_str(),
+    std::printf("%-18s | %-12s | %-7s | %10s | %-24s | %10s | %6.2fx | %-8s | %.1f %%%s\n", job.name.c_str(), job.size.c_str(),
                 TierOf(job), TimeText(ours).c_str(), peer.name.c_str(), TimeText(best[i + 1].Median()).c_str(), ratio, must,
                 spread, spread > kSpreadLimit ? " unsteady" : "");
   }
