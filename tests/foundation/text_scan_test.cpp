@@ -153,8 +153,8 @@ TEST(TextScan, FindReadsNothingOutsideItsRanges) {
 }
 
 TEST(TextScan, FindStaysLinearWhenEveryPlaceFailsLate) {
-  // Tried place by place: 500,000 times 250,000 comparisons, many minutes; linear: milliseconds.
-  constexpr std::size_t kHalf = 250'000;
+  // Tried place by place, 8 units a step, each of the four takes some 20 s; linear: milliseconds.
+  constexpr std::size_t kHalf = 600'000;
   const Text text = Repeat(QXChar{'a'}, 3 * kHalf);
   Text inside = Repeat(QXChar{'a'}, kHalf);
   inside[kHalf / 3] = 'b';
@@ -183,6 +183,17 @@ TEST(TextScan, FindGoesOnBehindTheFailuresThatUsedTheBudget) {
     text += QXT("!") + needle + QXT("tail");
     support::ForEachCpuTier([&] { EXPECT_EQ(Find(text, needle), place + 1) << needle.size(); });
   }
+}
+
+TEST(TextScan, FindMissesNoPlaceWhereTheBudgetEnds) {
+  const Text needle = Repeat(QXChar{'a'}, 60) + QXT("b") + Repeat(QXChar{'a'}, 5);
+  support::ForEachCpuTier([&] {
+    for (std::size_t place = 0; place < 400; ++place) {
+      Text text = Repeat(QXChar{'a'}, 600);
+      text[place + 60] = 'b';
+      ASSERT_EQ(Find(text, needle), static_cast<std::ptrdiff_t>(place));
+    }
+  });
 }
 
 }  // namespace
