@@ -4,8 +4,8 @@
 
 #include <gmock/gmock.h>
 
-#include "support/file_bytes.h"
 #include "support/child_process.h"
+#include "support/file_bytes.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -42,10 +42,10 @@ TEST(File, EachDispositionFindsOrMakesTheFile) {
     ErrorCode error;
     const char* bytesAfter;
   } rows[] = {
-      {FileDisposition::OpenExisting, true, 0, "old"},  {FileDisposition::OpenExisting, false, 2, "<cannot be read>"},
-      {FileDisposition::OpenAlways, true, 0, "old"},    {FileDisposition::OpenAlways, false, 0, ""},
-      {FileDisposition::CreateAlways, true, 0, ""},     {FileDisposition::CreateAlways, false, 0, ""},
-      {FileDisposition::CreateNew, true, 80, "old"},    {FileDisposition::CreateNew, false, 0, ""},
+      {FileDisposition::OpenExisting, true, 0, "old"}, {FileDisposition::OpenExisting, false, 2, "<cannot be read>"},
+      {FileDisposition::OpenAlways, true, 0, "old"},   {FileDisposition::OpenAlways, false, 0, ""},
+      {FileDisposition::CreateAlways, true, 0, ""},    {FileDisposition::CreateAlways, false, 0, ""},
+      {FileDisposition::CreateNew, true, 80, "old"},   {FileDisposition::CreateNew, false, 0, ""},
   };
   for (const auto& row : rows) {
     for (const FileAccess access : {FileAccess::Read, FileAccess::Write, FileAccess::ReadWrite}) {
