@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include "support/guard_new.h"
 #include "support/text.h"
 
 namespace {
@@ -44,6 +45,16 @@ TEST(DebugOutput, TheSystemsChannelTakesAnything) {
   WriteDebugText(QXT("debug output of a test"));
   WriteDebugText(nullptr);
   EXPECT_TRUE(sink.texts.empty()) << "a sink that has gone gets nothing";
+}
+
+TEST(DebugOutput, WithoutMemoryNothingIsThrown) {
+  for (std::size_t index = 0;; ++index) {
+    const support::FailAllocation refuse(index);
+    WriteDebugText(QXT("debug output of a test that is longer than what a string holds in itself"));
+    if (!refuse.Refused()) {
+      break;
+    }
+  }
 }
 
 }  // namespace

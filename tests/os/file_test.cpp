@@ -6,6 +6,7 @@
 
 #include "support/child_process.h"
 #include "support/file_bytes.h"
+#include "support/guard_new.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -329,6 +330,23 @@ TEST(FileMalformed, DotsAreResolvedInTheTextWithoutLookingAtTheFolders) {
   for (const QXChar* name : {QXT("none\\..\\a.txt"), QXT(".\\a.txt"), QXT("a.txt\\..\\.\\a.txt"), QXT("\\\\a.txt")}) {
     File file;
     EXPECT_EQ(file.Open(folder.File(name).c_str(), kReader), 0u) << support::Printable(name);
+  }
+}
+
+TEST(FileMalformed, WithoutMemoryNothingIsOpened) {
+  const TempFolder folder;
+  const Text name = folder.File(QXT("a.bin"));
+  for (std::size_t index = 0;; ++index) {
+    HANDLE file = nullptr;
+    const support::FailAllocation refuse(index);
+    const ErrorCode error = OpenFileNamed(name.c_str(), kWriter, file);
+    if (!refuse.Refused()) {
+      EXPECT_EQ(error, 0u);
+      EXPECT_EQ(CloseFile(file), 0u);
+      break;
+    }
+    ASSERT_EQ(error, 8u) << "allocation " << index;
+    ASSERT_EQ(file, INVALID_HANDLE_VALUE) << "allocation " << index;
   }
 }
 
