@@ -83,12 +83,4 @@ TEST(Lock, KeepsThreadsApart) {
   EXPECT_EQ(count, 80000);
 }
 
-TEST(Lock, ResetMakesItFree) {
-  RecursiveLock lock;
-  lock.Lock();
-  lock.Lock();
-  lock.ResetAfterFork();
-  EXPECT_TRUE(FreeForOthers(lock));
-}
-
 }  // namespace

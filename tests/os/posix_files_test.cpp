@@ -89,6 +89,8 @@ TEST(PosixFiles, AStaleHandleNeverReachesTheNextFile) {
   HANDLE stale = nullptr;
   ASSERT_EQ(OpenFileNamed(folder.File(QXT("a")).c_str(), kWriter, stale), 0u);
   ASSERT_EQ(CloseFile(stale), 0u);
+  EXPECT_EQ(CloseFile(stale), 6u) << "closing twice";
+  EXPECT_EQ(support::ReadSome(stale, 1), "<error 6>");
   File next;
   ASSERT_EQ(next.Open(folder.File(QXT("b")).c_str(), kWriter), 0u);  // takes the same descriptor
   EXPECT_NE(next.Handle(), stale);
@@ -244,6 +246,33 @@ TEST(PosixLock, AForkWhileAnotherThreadHoldsItLeavesTheChildAFreeLock) {
   holder.join();
   EXPECT_TRUE(forkedLock.TryLock());
   forkedLock.Unlock();
+}
+
+TEST(PosixLock, AResetInTheChildFreesWhatAnotherThreadHeld) {
+  static constinit RecursiveLock lock;
+  std::atomic<bool> held{false}, done{false};
+  std::thread holder([&] {
+    const LockGuard guard(lock);
+    held = true;
+    while (!done) {
+      ::usleep(200);
+    }
+  });
+  while (!held) {
+    ::usleep(200);
+  }
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    const bool before = lock.TryLock();
+    lock.ResetAfterFork();
+    ::_exit(!before && lock.TryLock() ? 0 : 1);
+  }
+  int status = -1;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  done = true;
+  holder.join();
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
 TEST(PosixProcess, TheExecutableIsTheLinkOfTheSystem) {
