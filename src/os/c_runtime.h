@@ -31,7 +31,8 @@ std::int32_t ToInt32(const QXChar* text) noexcept;
 std::int64_t ToInt64(const QXChar* text) noexcept;
 
 /// Decimal floating number at the start of the text, behind white space and one sign, correctly rounded; the decimal point is a
-/// point. Beyond the range: an infinity, or a zero, with the sign. Hexadecimal numbers, inf and nan are not numbers here.
+/// point. Beyond the range: an infinity, or a zero, with the sign. The exponent's letter is e or d.
+/// Hexadecimal numbers, inf and nan are not numbers here.
 /// @param end   if not null, receives the first unit not read; the text itself when there is no number
 double ParseDouble(const QXChar* text, const QXChar** end) noexcept;
 

@@ -23,9 +23,8 @@ constexpr QXChar kZeros[] = {0x0030, 0x0660, 0x06F0, 0x0966, 0x09E6, 0x0A66, 0x0
                              0x0CE6, 0x0D66, 0x0E50, 0x0ED0, 0x0F20, 0x1040, 0x17E0, 0x1810, 0xFF10};
 
 constexpr bool IsSpace(QXChar unit) noexcept {
-  return (unit >= 0x09 && unit <= 0x0D) || unit == 0x20 || unit == 0x85 || unit == 0xA0 || unit == 0x1680 ||
-         (unit >= 0x2000 && unit <= 0x200A) || unit == 0x2028 || unit == 0x2029 || unit == 0x202F || unit == 0x205F ||
-         unit == 0x3000;
+  return (unit >= 0x09 && unit <= 0x0D) || unit == 0x20 || unit == 0xA0 || unit == 0x1680 || (unit >= 0x2000 && unit <= 0x200A) ||
+         unit == 0x2028 || unit == 0x2029 || unit == 0x202F || unit == 0x205F || unit == 0x3000;
 }
 
 constexpr int DigitValue(QXChar unit) noexcept {
@@ -100,6 +99,9 @@ Integer Clamped(const Magnitude& magnitude) noexcept {
 
 constexpr bool IsAsciiDigit(QXChar unit) noexcept { return unit >= QXT('0') && unit <= QXT('9'); }
 
+/// The Microsoft run-time reads the Fortran letter too.
+constexpr bool IsExponentLetter(QXChar unit) noexcept { return (unit | 0x20) == QXT('e') || (unit | 0x20) == QXT('d'); }
+
 const QXChar* SkipDigits(const QXChar* at) noexcept {
   while (IsAsciiDigit(*at)) {
     ++at;
@@ -113,7 +115,7 @@ bool IsHuge(const QXChar* first, const QXChar* last) noexcept {
   bool behindPoint = false;
   bool found = false;
   const QXChar* at = first;
-  for (; at != last && *at != QXT('e') && *at != QXT('E'); ++at) {
+  for (; at != last && !IsExponentLetter(*at); ++at) {
     if (*at == QXT('.')) {
       behindPoint = true;
     } else {
@@ -142,7 +144,7 @@ double ConvertNumber(const QXChar* first, const QXChar* last) noexcept {
   if (bytes == nullptr) {
     return 0;
   }
-  std::transform(first, last, bytes, [](QXChar unit) { return static_cast<char>(unit); });
+  std::transform(first, last, bytes, [](QXChar unit) { return IsExponentLetter(unit) ? 'e' : static_cast<char>(unit); });
   double value = 0;
   const auto result = std::from_chars(bytes, bytes + count, value);
   if (result.ec == std::errc::result_out_of_range) {
@@ -189,7 +191,7 @@ double ParseDouble(const QXChar* text, const QXChar** end) noexcept {
   if (!hasDigits) {
     return 0;
   }
-  if (*last == QXT('e') || *last == QXT('E')) {
+  if (IsExponentLetter(*last)) {
     const QXChar* const exponent = last + (last[1] == QXT('+') || last[1] == QXT('-') ? 2 : 1);
     const QXChar* const exponentEnd = SkipDigits(exponent);
     last = exponentEnd != exponent ? exponentEnd : last;
