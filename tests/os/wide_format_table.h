@@ -12,24 +12,31 @@
 namespace format_table {
 
 struct Int {
+  constexpr explicit Int(int given) : value(given) {}  // clang 14 has no parenthesised aggregates
   int value;
 };
 struct Long {
+  constexpr explicit Long(long given) : value(given) {}
   long value;
 };
 struct Int64 {
+  constexpr explicit Int64(long long given) : value(given) {}
   long long value;
 };
 struct Number {
+  constexpr explicit Number(double given) : value(given) {}
   double value;
 };
 struct Wide {
+  constexpr explicit Wide(const QXChar* given) : value(given) {}
   const QXChar* value;
 };
 struct Narrow {
+  constexpr explicit Narrow(const char* given) : value(given) {}
   const char* value;
 };
 struct Pointer {
+  constexpr explicit Pointer(std::uint64_t given) : address(given) {}
   std::uint64_t address;
 };
 
