@@ -34,6 +34,8 @@ thread_local std::size_t allocationCount = 0;
 thread_local std::size_t refusedIndex = SIZE_MAX;  // in allocationCount's terms
 thread_local bool refusedOne = false;
 
+constexpr std::size_t kMostBytes = std::size_t{1} << 38;  // a sanitizer ends the program where malloc would refuse
+
 void CountOrRefuse() {
   if (allocationCount++ == refusedIndex) {
     refusedOne = true;
@@ -83,7 +85,7 @@ unsigned char* BlockStart(unsigned char* mapping, std::size_t size) {
 }
 
 void* GuardedArray(std::size_t size) {
-  if (size > SIZE_MAX / 2) {
+  if (size > kMostBytes) {
     throw std::bad_alloc();
   }
   const std::size_t mapped = MappedBytes(size);
@@ -128,7 +130,7 @@ void ReleaseGuardedArray(void* block) {
 }
 
 void* PlainBlock(std::size_t size) {
-  if (size > SIZE_MAX / 2) {
+  if (size > kMostBytes) {
     throw std::bad_alloc();
   }
   auto* raw = static_cast<unsigned char*>(std::malloc(size + sizeof(Front)));
@@ -153,7 +155,7 @@ std::size_t SizeOf(const void* block) { return FrontOf(block).size; }
 #else
 
 void* GuardedArray(std::size_t size) {
-  void* block = size > SIZE_MAX / 2 ? nullptr : std::malloc(size);
+  void* block = size > kMostBytes ? nullptr : std::malloc(size);
   if (block == nullptr) {
     throw std::bad_alloc();
   }
