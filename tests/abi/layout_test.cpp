@@ -1,6 +1,12 @@
 // layout_test.cpp - sizes, offsets and values of the interface's records: frozen, and the same bytes on both systems.
 // One block a header. What can be known to the compiler is asserted there; the tests look at bytes and run-time values.
 
+#include "qxv/array.h"
+#include "qxv/crc.h"
+#include "qxv/float_buffer.h"
+#include "qxv/guid.h"
+#include "qxv/module.h"
+#include "qxv/string.h"
 #include "qxv/types.h"
 
 #include <gtest/gtest.h>
@@ -104,6 +110,67 @@ static_assert(offsetof(tWAVEFORMATEX, cbSize) == 16);
 TEST(TypesLayout, AWaveFormatIs18BytesWithoutGaps) {
   const tWAVEFORMATEX format = {1, 2, 44100, 176400, 4, 16, 0};
   EXPECT_TRUE(SameBytes(format, {1, 0, 2, 0, 0x44, 0xAC, 0, 0, 0x10, 0xB1, 0x02, 0, 4, 0, 16, 0, 0, 0}));
+}
+
+// ---- string.h: one pointer
+
+static_assert(sizeof(CQXString) == sizeof(void*) && std::is_standard_layout_v<CQXString>);
+
+TEST(StringLayout, TheObjectIsThePointerToItsText) {
+  const CQXString text(QXT("abc"));
+  const QXChar* pointer = nullptr;
+  std::memcpy(&pointer, static_cast<const void*>(&text), sizeof pointer);
+  EXPECT_EQ(pointer, static_cast<const QXChar*>(text));
+}
+
+// ---- array.h: data pointer, size, allocated count, grow-by
+
+static_assert(sizeof(CQXArray<CQXString, CQXString&>) == 32 && std::is_standard_layout_v<CQXArray<CQXString, CQXString&>>);
+
+TEST(ArrayLayout, DataPointerThenSizeAllocatedCountAndGrowBy) {
+  CQXArray<int, int> array;
+  array.SetGrowBy(7);
+  array.SetSize(3);
+  struct {
+    const int* data;
+    std::int64_t size, allocated, growBy;
+  } fields;
+  static_assert(sizeof fields == sizeof array);
+  std::memcpy(&fields, static_cast<const void*>(&array), sizeof fields);
+  EXPECT_EQ(fields.data, array.GetData());
+  EXPECT_EQ(fields.size, 3);
+  EXPECT_EQ(fields.allocated, 7);
+  EXPECT_EQ(fields.growBy, 7);
+}
+
+// ---- guid.h: as the system's GUID
+
+static_assert(sizeof(QX_GUID) == 16 && alignof(QX_GUID) == 4);
+static_assert(offsetof(QX_GUID, Data1) == 0 && offsetof(QX_GUID, Data2) == 4);
+static_assert(offsetof(QX_GUID, Data3) == 6 && offsetof(QX_GUID, Data4) == 8);
+static_assert(sizeof(EQXV_CREATEGUIDMETHOD) == 4);
+
+// ---- float_buffer.h: virtual table, ring, read index, count, capacity
+
+static_assert(sizeof(CQXVFloatBuffer) == 32 && std::has_virtual_destructor_v<CQXVFloatBuffer>);
+
+// ---- module.h: the base of all interfaces; the destructor takes the first two slots of the virtual table in this ABI
+
+static_assert(sizeof(CQXVObject) == sizeof(void*) && std::has_virtual_destructor_v<CQXVObject>);
+static_assert(sizeof(CMyCritialSection) == sizeof(void*));
+
+TEST(ObjectLayout, TheDestructorStandsInTheFirstSlots) {
+  struct Probe : CQXVObject {
+    explicit Probe(int& order) : m_order(order) {}
+    ~Probe() override { m_order = 1; }
+    int& m_order;
+  };
+  int destroyed = 0;
+  auto* probe = new Probe(destroyed);
+  using Deleting = void (*)(void*);
+  void** table = *reinterpret_cast<void***>(probe);
+  reinterpret_cast<Deleting>(table[1])(probe);  // 0 destroys, 1 destroys and frees
+  EXPECT_EQ(destroyed, 1);
 }
 
 }  // namespace
