@@ -36,7 +36,11 @@ Sequence ReadSequence(const unsigned char* at, std::size_t left) noexcept {
       return result;
     }
     const unsigned byte = at[result.length];
-    if (byte < (result.length == 1 ? lowest : 0x80u) || byte > (result.length == 1 ? highest : 0xBFu)) {
+    if (byte < 0x80 || byte > 0xBF) {
+      return result;
+    }
+    if (result.length == 1 && (byte < lowest || byte > highest)) {
+      result.length = 2;
       return result;
     }
     character = character << 6 | (byte & 0x3F);
