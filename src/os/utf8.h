@@ -1,4 +1,6 @@
-// utf8.h - UTF-8 to UTF-16 and back, as Unicode chapter 3.9 says: each longest part of a broken sequence becomes one U+FFFD.
+// utf8.h - UTF-8 to UTF-16 and back. Broken input becomes as many U+FFFD as Windows makes of it: one for a lead byte with the
+// valid continuation bytes behind it (and with the second byte whose value makes it overlong, a surrogate or too large), one for
+// any other byte.
 #pragma once
 
 #include "qxv/types.h"

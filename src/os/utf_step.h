@@ -19,8 +19,9 @@ struct UtfStep {
   bool valid;
 };
 
-/// The sequence at a place in UTF-8, or the longest part of a broken one (Unicode, section 3.9). No overlong forms, nothing above
-/// U+10FFFF; three-byte surrogates only when asked for.
+/// The sequence at a place in UTF-8, or the part of a broken one that becomes one U+FFFD: the longest well-formed start, and with
+/// it a second byte that only an overlong form, a surrogate or a character above U+10FFFF would take, as Windows counts.
+/// Three-byte surrogates are well-formed only when asked for.
 constexpr UtfStep DecodeUtf8Step(std::string_view bytes, std::size_t at, bool takeSurrogates) noexcept {
   const unsigned lead = static_cast<unsigned char>(bytes[at]);
   if (lead < 0x80) {
@@ -30,13 +31,16 @@ constexpr UtfStep DecodeUtf8Step(std::string_view bytes, std::size_t at, bool ta
     return {kReplacementCharacter, 1, false};
   }
   const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;  // bounds of the second byte
+  unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;  // narrower bounds of the second byte
   unsigned high = lead == 0xED && !takeSurrogates ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
   char32_t value = lead & (0x7Fu >> length);
   for (std::size_t i = 1; i < length; ++i) {
     const unsigned byte = at + i < bytes.size() ? static_cast<unsigned char>(bytes[at + i]) : 0;
-    if (byte < low || byte > high) {
+    if (byte < 0x80 || byte > 0xBF) {
       return {kReplacementCharacter, i, false};
+    }
+    if (byte < low || byte > high) {
+      return {kReplacementCharacter, 2, false};
     }
     value = value << 6 | (byte & 0x3F);
     low = 0x80;

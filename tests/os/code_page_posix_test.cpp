@@ -1,0 +1,62 @@
+// code_page_posix_test.cpp - where Linux takes the ANSI code page from. It is read once a process, so each question is a process
+// of its own.
+
+#include "os/code_page.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+struct Case {
+  const char* acp;
+  const char* all;
+  const char* ctype;
+  const char* lang;
+  int page;
+};
+
+void Set(const char* name, const char* value) {
+  if (value == nullptr) {
+    ::unsetenv(name);
+  } else {
+    ::setenv(name, value, 1 /*overwrite*/);
+  }
+}
+
+[[noreturn]] void Answer(const Case& row) {
+  Set("QXV_ACP", row.acp);
+  Set("LC_ALL", row.all);
+  Set("LC_CTYPE", row.ctype);
+  Set("LANG", row.lang);
+  // Exit codes have eight bits.
+  std::fprintf(stderr, "page %u %u\n", qxv::os::AnsiCodePage(), qxv::os::ThreadAnsiCodePage());
+  std::exit(0);
+}
+
+TEST(CodePageOfTheEnvironmentDeathTest, ComesFromTheFirstVariableThatIsSet) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a fresh process: nothing was read in it
+  const Case cases[] = {
+      {nullptr, nullptr, nullptr, nullptr, 1252},
+      {nullptr, nullptr, nullptr, "zh_CN.UTF-8", 936},
+      {nullptr, nullptr, "ja_JP.UTF-8", "zh_CN.UTF-8", 932},
+      {nullptr, "ru_RU.UTF-8", "ja_JP.UTF-8", "zh_CN.UTF-8", 1251},
+      {nullptr, "", "", "zh_TW.UTF-8", 950},
+      {nullptr, "C", "ja_JP.UTF-8", "zh_CN.UTF-8", 1252},
+      {"936", "ru_RU.UTF-8", nullptr, nullptr, 936},
+      {"65001", "ru_RU.UTF-8", nullptr, nullptr, 65001},
+      {"9999", "ru_RU.UTF-8", nullptr, nullptr, 1251},  // a page that is none: as if not set
+      {"rubbish", nullptr, nullptr, "ko_KR", 949},
+      {"0", nullptr, nullptr, "ko_KR", 949},
+      {"4294968232", nullptr, nullptr, "ko_KR", 949},  // 2^32 + 936
+  };
+  for (const Case& row : cases) {
+    const std::string expected = "page " + std::to_string(row.page) + " " + std::to_string(row.page);
+    EXPECT_EXIT(Answer(row), testing::ExitedWithCode(0), expected);
+  }
+}
+
+}  // namespace
