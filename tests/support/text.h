@@ -3,6 +3,8 @@
 
 #include "qxv/types.h"
 
+#include <cstdint>
+#include <cstdio>
 #include <string>
 
 namespace support {
@@ -14,5 +16,21 @@ inline Text TextOf(const QXChar* text) { return text == nullptr ? Text() : Text(
 
 /// count units of one character.
 inline Text Repeat(QXChar character, std::size_t count) { return Text(count, character); }
+
+/// For messages: ASCII, with \uXXXX for every other unit.
+inline std::string Printable(const Text& text) {
+  std::string bytes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto unit = static_cast<unsigned>(static_cast<std::uint16_t>(text[i]));
+    if (unit < 0x80) {
+      bytes += static_cast<char>(unit);
+    } else {
+      char escape[8];
+      std::snprintf(escape, sizeof escape, "\\u%04X", unit);
+      bytes += escape;
+    }
+  }
+  return bytes;
+}
 
 }  // namespace support

@@ -1,0 +1,41 @@
+// clock_posix.cpp - clock_gettime and the C library's time zone.
+
+#include <ctime>
+
+#include "os/clock.h"
+
+namespace qxv::os::system_clock {
+
+Moment Now() noexcept {
+  timespec now{};
+  (void)::clock_gettime(CLOCK_REALTIME, &now);
+  return {now.tv_sec, static_cast<std::int32_t>(now.tv_nsec / 1'000'000)};
+}
+
+SYSTEMTIME LocalTimeOf(const Moment& moment) noexcept {
+  const std::time_t seconds = moment.seconds;
+  std::tm local{};
+  SYSTEMTIME calendar{};
+  if (::localtime_r(&seconds, &local) == nullptr || local.tm_year < 1601 - 1900 || local.tm_year > 30827 - 1900) {
+    return calendar;
+  }
+  calendar.wYear = static_cast<WORD>(local.tm_year + 1900);
+  calendar.wMonth = static_cast<WORD>(local.tm_mon + 1);
+  calendar.wDayOfWeek = static_cast<WORD>(local.tm_wday);
+  calendar.wDay = static_cast<WORD>(local.tm_mday);
+  calendar.wHour = static_cast<WORD>(local.tm_hour);
+  calendar.wMinute = static_cast<WORD>(local.tm_min);
+  calendar.wSecond = static_cast<WORD>(local.tm_sec < 60 ? local.tm_sec : 59);  // no leap second in this calendar
+  calendar.wMilliseconds = static_cast<WORD>(moment.milliseconds);
+  return calendar;
+}
+
+std::int64_t Counter() noexcept {
+  timespec now{};
+  (void)::clock_gettime(CLOCK_MONOTONIC, &now);
+  return static_cast<std::int64_t>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
+}
+
+std::int64_t Frequency() noexcept { return 1'000'000'000; }
+
+}  // namespace qxv::os::system_clock

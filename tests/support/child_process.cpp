@@ -1,0 +1,96 @@
+// child_process.cpp - the test program once more, with one test chosen and the argument in its environment.
+
+#include "support/child_process.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstdlib>
+
+#if defined(_WIN32)
+#include "os/win_api.h"
+#else
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
+namespace support {
+namespace {
+
+constexpr const char* kVariable = "QXV_TEST_CHILD";
+
+std::string CurrentTest() {
+  const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
+  return std::string(test->test_suite_name()) + "." + test->name();
+}
+
+}  // namespace
+
+const char* ChildArgument() { return std::getenv(kVariable); }
+
+#if defined(_WIN32)
+
+ChildProcess::ChildProcess(const std::string& argument) {
+  wchar_t program[MAX_PATH];
+  if (::GetModuleFileNameW(nullptr, program, MAX_PATH) >= MAX_PATH) {
+    return;
+  }
+  const std::string options = " --gtest_brief=1 --gtest_filter=" + CurrentTest();
+  std::wstring command = L"\"" + std::wstring(program) + L"\"" + std::wstring(options.begin(), options.end());
+  ::SetEnvironmentVariableA(kVariable, argument.c_str());
+  STARTUPINFOW startup{};
+  startup.cb = sizeof startup;
+  PROCESS_INFORMATION process{};
+  if (::CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process)) {
+    ::CloseHandle(process.hThread);
+    m_process = process.hProcess;
+  }
+  ::SetEnvironmentVariableA(kVariable, nullptr);
+}
+
+int ChildProcess::Wait() {
+  DWORD code = 99;
+  if (m_process != nullptr) {
+    ::WaitForSingleObject(m_process, INFINITE);
+    ::GetExitCodeProcess(m_process, &code);
+    ::CloseHandle(m_process);
+    m_process = nullptr;
+  }
+  return static_cast<int>(code);
+}
+
+#else
+
+ChildProcess::ChildProcess(const std::string& argument) {
+  std::string program = "/proc/self/exe";
+  std::string brief = "--gtest_brief=1";
+  std::string filter = "--gtest_filter=" + CurrentTest();
+  char* arguments[] = {program.data(), brief.data(), filter.data(), nullptr};
+  ::setenv(kVariable, argument.c_str(), 1);
+  pid_t process = 0;
+  if (::posix_spawn(&process, program.c_str(), nullptr, nullptr, arguments, environ) == 0) {
+    m_process = reinterpret_cast<void*>(static_cast<std::intptr_t>(process));
+  }
+  ::unsetenv(kVariable);
+}
+
+int ChildProcess::Wait() {
+  const auto process = static_cast<pid_t>(reinterpret_cast<std::intptr_t>(m_process));
+  m_process = nullptr;
+  int status = 0;
+  if (process == 0 || ::waitpid(process, &status, 0) != process) {
+    return 99;
+  }
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 98;
+}
+
+#endif
+
+ChildProcess::~ChildProcess() {
+  if (m_process != nullptr) {
+    (void)Wait();
+  }
+}
+
+}  // namespace support
