@@ -18,6 +18,7 @@
 #include "qxv/detail/host_array.h"
 #include "qxv/detail/host_date.h"
 #include "qxv/detail/host_exception.h"
+#include "qxv/detail/host_file.h"
 #include "qxv/detail/host_geometry.h"
 #include "qxv/detail/host_list.h"
 #include "qxv/detail/host_string.h"

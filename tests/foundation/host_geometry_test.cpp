@@ -31,9 +31,10 @@ TEST(HostPoint, MovesAndCompares) {
   EXPECT_EQ(point, CPoint(14, 8));
   point -= CPoint(4, 9);
   EXPECT_EQ(point, CPoint(10, -1));
-  point += point;
+  const CPoint& same = point;
+  point += same;
   EXPECT_EQ(point, CPoint(20, -2));
-  point -= point;
+  point -= same;
   EXPECT_EQ(point, CPoint(0, 0));
   point.SetPoint(5, 6);
   EXPECT_NE(point, CPoint(5, 7));
