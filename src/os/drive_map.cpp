@@ -16,7 +16,6 @@
 namespace qxv::os {
 namespace {
 
-constexpr std::size_t kLongestName = 32767;
 constexpr const char* kVariable = "QXV_DRIVES";
 
 struct FreeBlock {

@@ -14,6 +14,8 @@
 
 namespace qxv::os {
 
+inline constexpr std::size_t kLongestName = 32767;  // units
+
 struct Drive {
   QXChar letter;     // A to Z
   std::string root;  // absolute, without a trailing slash; "" is the root folder

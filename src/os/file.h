@@ -1,5 +1,6 @@
 // file.h - opened files as system handles: no buffer, no policy.
-// On Linux a HANDLE is a number that only these functions understand; a closed or foreign one is answered with 6, never followed.
+// On Linux a HANDLE is a number that only these functions understand; a closed or foreign one is answered with 6 for good, never
+// followed. Windows may give the number of a closed handle to the next object at once, so close once: File does.
 // Every function gives 0 or a Windows error number (os/error.h).
 #pragma once
 

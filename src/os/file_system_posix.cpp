@@ -326,6 +326,9 @@ ErrorCode FindFiles(const QXChar* pattern, std::vector<FoundFile>& found) {
     return kErrorPathNotFound;
   }
   const TextView whole(pattern);
+  if (whole.size() > kLongestName) {
+    return kErrorInvalidName;
+  }
   const std::size_t separator = whole.find_last_of(QXT("\\/"));
   std::size_t nameStart = separator == TextView::npos ? 0 : separator + 1;
   if (nameStart == 0 && whole.size() > 2 && whole[1] == QXT(':')) {

@@ -46,7 +46,7 @@ void RecursiveLock::Unlock() noexcept {
 }
 
 void RecursiveLock::ResetAfterFork() noexcept {
-  m_native = PTHREAD_MUTEX_INITIALIZER;
+  (void)::pthread_mutex_init(&m_native, nullptr /*attributes*/);
   m_owner.store(0, std::memory_order_relaxed);
   m_depth = 0;
 }

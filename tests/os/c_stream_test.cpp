@@ -35,9 +35,12 @@ TEST(CStream, EachModeDoesWhatTheStandardSays) {
     ErrorCode error;
     const char* after;  // having written "xy" where that may be
   } rows[] = {
-      {"rb", true, 0, "old."},  {"rb", false, 2, "<cannot be read>"},  {"rb+", true, 0, "xyd."},  {"rb+", false, 2, "<cannot be read>"},
-      {"wb", true, 0, "xy"},    {"wb", false, 0, "xy"},                {"wb+", true, 0, "xy"},    {"w+b", false, 0, "xy"},
-      {"ab", true, 0, "old.xy"}, {"ab", false, 0, "xy"},               {"ab+", true, 0, "old.xy"}, {"a+b", false, 0, "xy"},
+      {"rb", true, 0, "old."},    {"rb", false, 2, "<cannot be read>"},
+      {"rb+", true, 0, "xyd."},   {"rb+", false, 2, "<cannot be read>"},
+      {"wb", true, 0, "xy"},      {"wb", false, 0, "xy"},
+      {"wb+", true, 0, "xy"},     {"w+b", false, 0, "xy"},
+      {"ab", true, 0, "old.xy"},  {"ab", false, 0, "xy"},
+      {"ab+", true, 0, "old.xy"}, {"a+b", false, 0, "xy"},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << row.mode << " existing " << row.existing);

@@ -29,7 +29,7 @@ class FindFilesTest : public testing::Test {
  protected:
   void SetUp() override {
     for (const char* name : {"b.txt", "A.TXT", "c.ini", "noext", "t1.abc", "a.b.c"}) {
-      ASSERT_TRUE(support::WriteBytes(folder.File(Text(name, name + std::string(name).size())), "12345"));
+      ASSERT_TRUE(support::WriteBytes(folder.File(Text(name, name + std::char_traits<char>::length(name))), "12345"));
     }
     ASSERT_EQ(CreateFolder(folder.File(QXT("Dir.txt")).c_str()), 0u);
   }
@@ -79,8 +79,8 @@ TEST_F(FindFilesTest, RecordsHoldSizeKindAndTimes) {
   ASSERT_EQ(found.size(), 3u);
   EXPECT_EQ(found[1].size, 5u);
   EXPECT_FALSE(found[1].IsFolder());
-  EXPECT_EQ(found[1].times.written.dwHighDateTime, 0x01BF8249u);
-  EXPECT_EQ(found[1].times.written.dwLowDateTime, 0x24074000u);
+  EXPECT_EQ(found[1].times.written.dwHighDateTime, 0x01BF8247u);
+  EXPECT_EQ(found[1].times.written.dwLowDateTime, 0xEBCC8000u);
   EXPECT_EQ(found[2].name, QXT("Dir.txt"));
   EXPECT_TRUE(found[2].IsFolder());
   EXPECT_EQ(found[2].size, 0u);

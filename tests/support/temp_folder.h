@@ -1,5 +1,5 @@
-// temp_folder.h - a fresh folder for one test, and files in it as bytes. Works with the standard library only, so that it can judge
-// the code under test.
+// temp_folder.h - a fresh folder for one test, and files in it as bytes. Works with the standard library only, so that it can
+// judge the code under test.
 #pragma once
 
 #include <filesystem>
