@@ -18,6 +18,8 @@ class QXV_API CString {
   CString(const QXChar* text);  // NOLINT(google-explicit-constructor): callers pass literals
   CString(const QXChar* text, int count);
   explicit CString(QXChar character, int count = 1);
+  /// From the system's ANSI code page.
+  explicit CString(const char* text);
   ~CString();
 
   CString& operator=(const CString& other);
@@ -89,6 +91,12 @@ class QXV_API CString {
   int Delete(int index, int count = 1) noexcept;
   void Truncate(int newLength);
 
+  /// printf-like in the Microsoft meaning: "%s" takes a QXChar text. A format that is null or malformed gives no text.
+  void Format(const QXChar* format, ...);
+  void FormatV(const QXChar* format, va_list arguments);
+  void AppendFormat(const QXChar* format, ...);
+  void AppendFormatV(const QXChar* format, va_list arguments);
+
   /// Room for at least minLength units and a zero, to be written directly; ReleaseBuffer ends the writing. What lies behind the
   /// text is zero.
   QXChar* GetBuffer(int minLength = 0);
@@ -101,6 +109,7 @@ class QXV_API CString {
   void FreeExtra();
 
  private:
+  static CString Formatted(const QXChar* format, va_list arguments);
   void Reserve(std::size_t capacity);
   void Splice(std::size_t at, std::size_t removed, const QXChar* text, std::size_t count);
   void Cut(std::size_t at, std::size_t removed) noexcept;
