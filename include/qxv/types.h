@@ -13,7 +13,11 @@
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
 #endif
+#if defined(QXV_HOST_MFC)
+#include <afxwin.h>  // the framework insists on including <windows.h> itself
+#else
 #include <windows.h>
+#endif
 
 #include <mmreg.h>
 
@@ -68,6 +72,18 @@ struct SYSTEMTIME {
   WORD wMinute;
   WORD wSecond;
   WORD wMilliseconds;
+};
+
+struct POINT {
+  std::int32_t x;
+  std::int32_t y;
+};
+
+struct RECT {
+  std::int32_t left;
+  std::int32_t top;
+  std::int32_t right;
+  std::int32_t bottom;
 };
 
 struct GUID {
