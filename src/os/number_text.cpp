@@ -129,7 +129,8 @@ bool IsHuge(const QXChar* first, const QXChar* last) noexcept {
     const bool negative = *at == QXT('-');
     at += negative || *at == QXT('+') ? 1 : 0;
     for (; at != last; ++at) {
-      exponent = std::min<std::int64_t>(exponent * 10 + (*at - QXT('0')), std::int64_t{1} << 60);
+      // Far beyond any count of digits, and ten times it is still in range.
+      exponent = std::min<std::int64_t>(exponent * 10 + (*at - QXT('0')), std::int64_t{1} << 56);
     }
     exponent = negative ? -exponent : exponent;
   }
