@@ -14,7 +14,7 @@ using TextView = std::basic_string_view<QXChar>;
 /// UTF-8 of a text; an unpaired surrogate becomes U+FFFD.
 std::string Utf8FromText(TextView text);
 
-/// UTF-16 of UTF-8 bytes; each ill-formed piece (the longest start of a sequence, or one byte) becomes U+FFFD.
+/// UTF-16 of UTF-8 bytes; each ill-formed piece, as utf_step.h cuts them, becomes U+FFFD.
 Text TextFromUtf8(std::string_view bytes);
 
 /// The bytes of a file name, so that FileNameFromUtf8 gives the same units back:

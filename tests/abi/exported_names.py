@@ -18,6 +18,8 @@ SYMBOLS = {
     "GUID": ("GUID", "_GUID"),
     "FILETIME": ("FILETIME", "_FILETIME"),
     "SYSTEMTIME": ("SYSTEMTIME", "_SYSTEMTIME"),
+    "POINT": ("POINT", "tagPOINT"),
+    "RECT": ("RECT", "tagRECT"),
 }
 SYSTEMS = ("linux", "windows")
 
