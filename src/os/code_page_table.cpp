@@ -206,8 +206,10 @@ void FillCodes(unsigned page, OwnedTable& table) noexcept {
 }
 
 const CodePageTable* BuildTable(unsigned page) noexcept {
-  std::unique_ptr<OwnedTable> table(new (std::nothrow) OwnedTable());
-  if (table == nullptr) {
+  std::unique_ptr<OwnedTable> table;
+  try {
+    table = std::make_unique<OwnedTable>();
+  } catch (const std::bad_alloc&) {
     return nullptr;
   }
   table->defaultUnit = page == 932 ? QXChar(0x30FB) : QXT('?');
