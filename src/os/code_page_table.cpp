@@ -206,6 +206,9 @@ void FillCodes(unsigned page, OwnedTable& table) noexcept {
 }
 
 const CodePageTable* BuildTable(unsigned page) noexcept {
+  // One page at a time: iconv loads and unloads its modules under locks that no thread checker sees.
+  static std::mutex building;
+  const std::lock_guard<std::mutex> lock(building);
   std::unique_ptr<OwnedTable> table;
   try {
     table = std::make_unique<OwnedTable>();
