@@ -79,9 +79,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     format += unit;
   }
-  const long long i = integer;
+  const auto i =
+      static_cast<unsigned long long>(integer);  // passed for signed ones, too: what the format takes it for is its business
   const double d = number;
-  Check(format, room, i, d, i + 1, -d, static_cast<long long>(small), d / 3, -i / 3, d * 7, i ^ small, d + 1, i >> 7, d - 1,
-        i & 0xFF, d * 1e9, i | 1, d / 1e9);
+  Check(format, room, i, d, i + 1, -d, static_cast<long long>(small), d / 3, 0 - i, d * 7, ~i, d + 1, i >> 7, d - 1, i & 0xFF,
+        d * 1e9, i | 1, d / 1e9);
   return 0;
 }

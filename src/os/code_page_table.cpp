@@ -206,8 +206,13 @@ void FillCodes(unsigned page, OwnedTable& table) noexcept {
 }
 
 const CodePageTable* BuildTable(unsigned page) noexcept {
-  std::unique_ptr<OwnedTable> table(new (std::nothrow) OwnedTable());
-  if (table == nullptr) {
+  // One page at a time: iconv loads and unloads its modules under locks that no thread checker sees.
+  static std::mutex building;
+  const std::lock_guard<std::mutex> lock(building);
+  std::unique_ptr<OwnedTable> table;
+  try {
+    table = std::make_unique<OwnedTable>();
+  } catch (const std::bad_alloc&) {
     return nullptr;
   }
   table->defaultUnit = page == 932 ? QXChar(0x30FB) : QXT('?');

@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <exception>
 #include <limits>
-#include <new>
 #include <string>
 
 namespace qxv::os {
@@ -123,38 +123,44 @@ bool IsHuge(const QXChar* first, const QXChar* last) noexcept {
       place += behindPoint ? (found ? 0 : -1) : (found ? 1 : 0);
     }
   }
+  constexpr std::int64_t kMostExponent =
+      100'000'000'000'000'000;  // more than any text has digits, and ten times it is no overflow
   std::int64_t exponent = 0;
   if (at != last) {
     ++at;
     const bool negative = *at == QXT('-');
     at += negative || *at == QXT('+') ? 1 : 0;
     for (; at != last; ++at) {
-      // Far beyond any count of digits, and ten times it is still in range.
-      exponent = std::min<std::int64_t>(exponent * 10 + (*at - QXT('0')), std::int64_t{1} << 56);
+      exponent = std::min(exponent * 10 + (*at - QXT('0')), kMostExponent);
     }
     exponent = negative ? -exponent : exponent;
   }
   return place + exponent > 0;
 }
 
+double ConvertBytes(const QXChar* first, const QXChar* last, char* bytes) noexcept {
+  char* const end =
+      std::transform(first, last, bytes, [](QXChar unit) { return IsExponentLetter(unit) ? 'e' : static_cast<char>(unit); });
+  double value = 0;
+  if (std::from_chars(bytes, end, value).ec == std::errc::result_out_of_range) {
+    return IsHuge(first, last) ? HUGE_VAL : 0.0;
+  }
+  return value;
+}
+
 double ConvertNumber(const QXChar* first, const QXChar* last) noexcept {
   constexpr std::size_t kUsual = 128;
   char usual[kUsual];
   const auto count = static_cast<std::size_t>(last - first);
-  char* bytes = count <= kUsual ? usual : new (std::nothrow) char[count];
-  if (bytes == nullptr) {
-    return 0;
+  if (count <= kUsual) {
+    return ConvertBytes(first, last, usual);
   }
-  std::transform(first, last, bytes, [](QXChar unit) { return IsExponentLetter(unit) ? 'e' : static_cast<char>(unit); });
-  double value = 0;
-  const auto result = std::from_chars(bytes, bytes + count, value);
-  if (result.ec == std::errc::result_out_of_range) {
-    value = IsHuge(first, last) ? HUGE_VAL : 0.0;
+  try {
+    std::string bytes(count, '\0');
+    return ConvertBytes(first, last, bytes.data());
+  } catch (const std::exception&) {
+    return 0;  // no memory for thousands of digits
   }
-  if (bytes != usual) {
-    delete[] bytes;
-  }
-  return value;
 }
 
 }  // namespace

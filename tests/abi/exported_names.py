@@ -114,10 +114,14 @@ def merge(linux, windows):
     return "".join(line), changes
 
 
+# Every form of every word, the longest first; pointers (char*) have no word boundary behind them.
+_FORMS = sorted({form for forms in SYMBOLS.values() for form in forms} | {"unsigned long long"}, key=len, reverse=True)
+_ANY_FORM = re.compile("|".join(r"\b" + re.escape(form) + ("" if form.endswith("*") else r"\b") for form in _FORMS))
+
+
 def shape(name):
     """What stays of a name whichever system spells it: the key by which partners are sought."""
-    return re.sub(r"char16_t|wchar_t|__va_list_tag\*|char\*|(?:unsigned )?\b(?:long long|long|int)\b|_?\b_?(GUID|FILETIME|SYSTEMTIME)\b",
-                  "#", name)
+    return _ANY_FORM.sub("#", name)
 
 
 def pair_up(linux, windows):
