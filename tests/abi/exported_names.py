@@ -27,6 +27,9 @@ SYSTEMS = ("linux", "windows")
 COMPILER_MADE = re.compile(r"(typeinfo|typeinfo name|VTT|guard variable|construction vtable|(non-)?virtual thunk|"
                            r"covariant return thunk|reference temporary.*|TLS (init|wrapper) function) (for|to) ")
 STANDARD_LIBRARY = re.compile(r"_Z(?:GV|T[VTISC]|T[hv][n0-9_]*_|Z)*(?:N[VKrRO]*)?(?:S[a-zA-Z]|9__gnu_cxx|10__cxxabiv)")
+# mingw exports the type information that a catch or throw of a standard exception makes, whatever the linker is told. It is data that
+# every program has its own copy of, so it harms nobody.
+TYPE_INFORMATION_OF_STD = re.compile(r"_ZT[IS]St\w+$")
 INTERNAL = re.compile(r"_Z(?:GV|T[VTISC]|T[hv][n0-9_]*_|Z)*N[VKrRO]*3qxv[0-9CD]")
 
 
@@ -41,6 +44,8 @@ class Library:
         strong, weak = read_windows(path, objects) if self.system == "windows" else read_linux(path)
         mangled = sorted(strong | weak)
         readable = dict(zip(mangled, demangle(mangled)))
+        if self.system == "windows":
+            mangled = [name for name in mangled if not TYPE_INFORMATION_OF_STD.match(name)]
         self.foreign = [name for name in mangled if STANDARD_LIBRARY.match(name) or INTERNAL.match(name)]
         own = [name for name in mangled if name not in self.foreign and not COMPILER_MADE.match(readable[name])]
         tables = {readable[name] for name in own if readable[name].startswith("vtable for ")}
