@@ -182,6 +182,23 @@ void* operator new[](std::size_t size) {
   return block;
 }
 
+// The forms that give null: a sanitizer's own would not pair with ours.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new[](size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 void operator delete(void* block) noexcept {
   if (block != nullptr) {
     ReleasePlainBlock(block);
@@ -197,6 +214,8 @@ void operator delete[](void* block) noexcept {
 
 void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
 void operator delete[](void* block, std::size_t) noexcept { operator delete[](block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { operator delete(block); }
+void operator delete[](void* block, const std::nothrow_t&) noexcept { operator delete[](block); }
 
 namespace support {
 

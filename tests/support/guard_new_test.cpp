@@ -25,6 +25,19 @@ TEST(GuardNew, RefusesTheChosenAllocationOnly) {
   delete third;
 }
 
+TEST(GuardNew, TheFormsThatGiveNullAreRefusedToo) {
+  int* volatile plain = new (std::nothrow) int(1);
+  int* volatile array = new (std::nothrow) int[2];
+  EXPECT_NE(plain, nullptr);
+  EXPECT_EQ(support::AllocationSize(array), 2 * sizeof(int));
+  delete plain;
+  delete[] array;
+  const support::FailAllocation next(0);
+  int* volatile refused = new (std::nothrow) int[2];
+  EXPECT_EQ(refused, nullptr);
+  delete[] refused;
+}
+
 TEST(GuardNew, CountsLiveArrays) {
   const std::size_t before = support::LiveArrays();
   int* volatile block = new int[3];  // volatile: a compiler may drop a new that nobody sees
