@@ -10,7 +10,8 @@ PURPOSE = "includes run one way, and no subsystem reaches into another"
 # A public header belongs to the subsystem whose sources implement it.
 PUBLIC = {
     "base": "types export version",
-    "foundation": "string array module factories crc guid float_buffer host",
+    "foundation": "string array module factories crc guid float_buffer host host_array host_date host_exception host_file host_geometry "
+                  "host_list host_string",
     "streams": "stream_buffer buffer_file text_file unicode_ansi_file",
     "diagnostics": "log trace",
     "text": "xml dictionary registry profile",

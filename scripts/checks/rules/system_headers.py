@@ -37,7 +37,7 @@ OPERATING_SYSTEM = re.compile(r"""(?x) (sys|net|netinet|arpa|linux|asm|bits)/.* 
 
 WINDOWS = re.compile(r"(?i)windows\.h")
 WINDOWS_IN = ("src/os/win_api.h", "include/qxv/types.h")
-PUBLIC_EXCEPTIONS = {"include/qxv/types.h": re.compile(r"windows\.h|mmreg\.h"), "include/qxv/host.h": re.compile(r"(?i)(afx|atl)\w*\.h")}
+PUBLIC_EXCEPTIONS = {"include/qxv/types.h": re.compile(r"windows\.h|mmreg\.h|afxwin\.h"), "include/qxv/host.h": re.compile(r"(?i)(afx|atl)\w*\.h")}
 SYSTEM_FOLDERS = re.compile(r"src/os/.*|tests/(support|os|abi)/.*")
 
 
