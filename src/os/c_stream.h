@@ -1,12 +1,12 @@
 // c_stream.h - streams of the C run-time, by QXChar name and with 64-bit positions.
 #pragma once
 
-#include <cstdint>
-#include <cstdio>
-
 #include "os/error.h"
 #include "os/file.h"
 #include "qxv/types.h"
+
+#include <cstdint>
+#include <cstdio>
 
 namespace qxv::os {
 

@@ -1,13 +1,14 @@
 // c_stream_posix.cpp - streams over descriptors that were opened by our rules.
 
+#include "os/c_stream.h"
+
+#include "os/drive_map.h"
+#include "os/posix_open.h"
+
 #include <unistd.h>
 
 #include <cerrno>
 #include <new>
-
-#include "os/c_stream.h"
-#include "os/drive_map.h"
-#include "os/posix_open.h"
 
 namespace qxv::os {
 namespace {

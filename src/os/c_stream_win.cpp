@@ -1,11 +1,12 @@
 // c_stream_win.cpp - streams of the C run-time by wide name.
 
-#include <cerrno>
-#include <cstdlib>
-
 #include "os/c_stream.h"
+
 #include "os/win_api.h"
 #include "os/win_name.h"
+
+#include <cerrno>
+#include <cstdlib>
 
 namespace qxv::os {
 

@@ -1,9 +1,9 @@
 // clock.h - the time of day, the calendar and the high-resolution counter.
 #pragma once
 
-#include <cstdint>
-
 #include "qxv/types.h"
+
+#include <cstdint>
 
 namespace qxv::os {
 

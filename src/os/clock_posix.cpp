@@ -1,8 +1,8 @@
 // clock_posix.cpp - clock_gettime and the C library's time zone.
 
-#include <ctime>
-
 #include "os/clock.h"
+
+#include <ctime>
 
 namespace qxv::os::system_clock {
 

@@ -2,9 +2,10 @@
 // iconv knows the standards; Windows also pairs unassigned bytes with control characters and private units (all of the
 // user-defined ranges of 936, 949 and 950). A table makes every rule for broken input ours, and one look-up a character.
 
+#include "os/code_page.h"
+
 #include "os/code_page_system.h"
 
-#include "os/code_page.h"
 #include "os/code_page_table.h"
 #include "os/counted_output.h"
 

@@ -1,5 +1,7 @@
 // code_page_win.cpp - the system's own converter, told not to guess.
 
+#include "os/code_page.h"
+
 #include "os/code_page_system.h"
 
 #include "os/win_api.h"

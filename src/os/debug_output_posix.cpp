@@ -1,5 +1,9 @@
 // debug_output_posix.cpp - standard error as the debugger's channel.
 
+#include "os/debug_output.h"
+
+#include "os/utf.h"
+
 #include <pthread.h>
 #include <signal.h>
 #include <unistd.h>
@@ -7,9 +11,6 @@
 #include <cerrno>
 #include <ctime>
 #include <string>
-
-#include "os/debug_output.h"
-#include "os/utf.h"
 
 namespace qxv::os::system_debug {
 namespace {

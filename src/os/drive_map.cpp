@@ -2,6 +2,9 @@
 
 #include "os/drive_map.h"
 
+#include "os/name_match.h"
+#include "os/posix_open.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,9 +12,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
-
-#include "os/name_match.h"
-#include "os/posix_open.h"
 
 namespace qxv::os {
 namespace {

@@ -5,12 +5,12 @@
 // before threads use the library.
 #pragma once
 
+#include "os/error.h"
+#include "os/utf.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "os/error.h"
-#include "os/utf.h"
 
 namespace qxv::os {
 

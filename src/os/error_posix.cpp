@@ -1,8 +1,8 @@
 // error_posix.cpp - errno as Windows error numbers.
 
-#include <cerrno>
-
 #include "os/error.h"
+
+#include <cerrno>
 
 namespace qxv::os {
 

@@ -1,9 +1,10 @@
 // error_win.cpp - the system's own numbers, and those of the C run-time's errno.
 
-#include <cerrno>
-
 #include "os/error.h"
+
 #include "os/win_api.h"
+
+#include <cerrno>
 
 namespace qxv::os {
 

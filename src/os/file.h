@@ -4,12 +4,12 @@
 // Every function gives 0 or a Windows error number (os/error.h).
 #pragma once
 
+#include "os/error.h"
+#include "qxv/types.h"
+
 #include <cstdint>
 #include <span>
 #include <utility>
-
-#include "os/error.h"
-#include "qxv/types.h"
 
 namespace qxv::os {
 

@@ -1,5 +1,10 @@
 // file_posix.cpp - files as descriptors behind numbered handles.
 
+#include "os/file.h"
+
+#include "os/drive_map.h"
+#include "os/posix_open.h"
+
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -8,10 +13,6 @@
 #include <cerrno>
 #include <climits>
 #include <new>
-
-#include "os/drive_map.h"
-#include "os/file.h"
-#include "os/posix_open.h"
 
 namespace qxv::os {
 namespace {

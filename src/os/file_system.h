@@ -2,12 +2,12 @@
 // 3 where a folder on the way (or the drive) is missing, and for a null or empty name; 2 where only the last component is.
 #pragma once
 
-#include <cstdint>
-#include <vector>
-
 #include "os/error.h"
 #include "os/file.h"
 #include "os/utf.h"
+
+#include <cstdint>
+#include <vector>
 
 namespace qxv::os {
 

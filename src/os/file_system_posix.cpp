@@ -1,5 +1,11 @@
 // file_system_posix.cpp - files and folders by name on Linux, through the drive map.
 
+#include "os/file_system.h"
+
+#include "os/drive_map.h"
+#include "os/name_match.h"
+#include "os/posix_open.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,11 +15,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <new>
-
-#include "os/drive_map.h"
-#include "os/file_system.h"
-#include "os/name_match.h"
-#include "os/posix_open.h"
 
 namespace qxv::os {
 namespace {

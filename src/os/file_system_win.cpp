@@ -1,10 +1,11 @@
 // file_system_win.cpp - files and folders by name through the system's calls.
 
-#include <algorithm>
-
 #include "os/file_system.h"
+
 #include "os/win_api.h"
 #include "os/win_name.h"
+
+#include <algorithm>
 
 namespace qxv::os {
 namespace {

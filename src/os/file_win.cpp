@@ -1,10 +1,11 @@
 // file_win.cpp - files as the system's own handles.
 
-#include <algorithm>
-
 #include "os/file.h"
+
 #include "os/win_api.h"
 #include "os/win_name.h"
+
+#include <algorithm>
 
 namespace qxv::os {
 namespace {

@@ -1,10 +1,11 @@
 // lock.h - one lock for state that outlives everything else.
 #pragma once
 
+#include "qxv/types.h"
+
 #include <atomic>
 #include <cstdint>
 
-#include "qxv/types.h"
 #if !defined(_WIN32)
 #include <pthread.h>
 #endif

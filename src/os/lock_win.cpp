@@ -2,9 +2,9 @@
 
 #include "os/lock.h"
 
-#include <type_traits>
-
 #include "os/win_api.h"
+
+#include <type_traits>
 
 namespace qxv::os {
 

@@ -2,12 +2,12 @@
 // One slot a descriptor, so that slots need no search; no lock and no allocation, so that a fork or a late destructor cannot
 // hurt. A handle holds the slot's generation: after the close no number in a caller's hand fits any more.
 
+#include "os/posix_open.h"
+
 #include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
-
-#include "os/posix_open.h"
 
 namespace qxv::os {
 namespace {

@@ -2,14 +2,14 @@
 
 #include "os/posix_open.h"
 
+#include "os/clock.h"
+#include "os/drive_map.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <utility>
-
-#include "os/clock.h"
-#include "os/drive_map.h"
 
 namespace qxv::os {
 namespace {

@@ -1,13 +1,13 @@
 // posix_open.h - what the file families of the Linux build share: opening with share modes, handles of descriptors, attributes.
 #pragma once
 
+#include "os/file.h"
+
 #include <dirent.h>
 #include <sys/stat.h>
 
 #include <memory>
 #include <string>
-
-#include "os/file.h"
 
 namespace qxv::os {
 

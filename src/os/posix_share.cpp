@@ -3,14 +3,14 @@
 // Each byte that somebody has locked says one thing about him:
 //   0 he reads   1 he writes   2 he denies reading   3 he denies writing   4 he denies deletion
 
+#include "os/posix_open.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <ctime>
-
-#include "os/posix_open.h"
 
 namespace qxv::os {
 namespace {

@@ -1,9 +1,9 @@
 // process.h - the running program, its threads and its module.
 #pragma once
 
-#include <cstdint>
-
 #include "os/utf.h"
+
+#include <cstdint>
 
 namespace qxv::os {
 

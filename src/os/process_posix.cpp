@@ -1,5 +1,9 @@
 // process_posix.cpp - the program behind /proc/self/exe.
 
+#include "os/process.h"
+
+#include "os/drive_map.h"
+
 #include <sched.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -7,9 +11,6 @@
 #include <cerrno>
 #include <ctime>
 #include <string>
-
-#include "os/drive_map.h"
-#include "os/process.h"
 
 namespace qxv::os {
 

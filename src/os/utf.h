@@ -1,10 +1,10 @@
 // utf.h - UTF-16 and UTF-8, for texts (what is ill-formed becomes U+FFFD) and for file names (nothing is ever replaced).
 #pragma once
 
+#include "qxv/types.h"
+
 #include <string>
 #include <string_view>
-
-#include "qxv/types.h"
 
 namespace qxv::os {
 

@@ -1,9 +1,9 @@
 // uuid.h - identifiers made by the system.
 #pragma once
 
-#include <span>
-
 #include "qxv/types.h"
+
+#include <span>
 
 namespace qxv::os {
 

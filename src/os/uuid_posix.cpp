@@ -1,12 +1,12 @@
 // uuid_posix.cpp - random identifiers from the system's generator.
 
+#include "os/uuid.h"
+
 #include <fcntl.h>
 #include <sys/random.h>
 #include <unistd.h>
 
 #include <cerrno>
-
-#include "os/uuid.h"
 
 namespace qxv::os {
 namespace {

@@ -2,13 +2,12 @@
 // An error inside the library prints its message and ends the program, which fails the test.
 
 #include <gtest/gtest.h>
+#include <jpeglib.h>  // needs <cstdio> before it
 
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <vector>
-
-#include <jpeglib.h>  // needs <cstdio> before it
 
 namespace {
 

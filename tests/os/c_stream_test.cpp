@@ -2,12 +2,12 @@
 
 #include "os/c_stream.h"
 
+#include "support/temp_folder.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
-
-#include "support/temp_folder.h"
 
 namespace {
 

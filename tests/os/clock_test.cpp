@@ -2,11 +2,11 @@
 
 #include "os/clock.h"
 
+#include "support/fake_clock.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
-
-#include "support/fake_clock.h"
 
 namespace {
 

@@ -2,12 +2,12 @@
 
 #include "os/debug_output.h"
 
+#include "support/guard_new.h"
+#include "support/text.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
-
-#include "support/guard_new.h"
-#include "support/text.h"
 
 namespace {
 

@@ -2,14 +2,14 @@
 
 #include "os/drive_map.h"
 
+#include "support/environment.h"
+#include "support/temp_folder.h"
+
 #include <gtest/gtest.h>
 
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-
-#include "support/environment.h"
-#include "support/temp_folder.h"
 
 namespace {
 

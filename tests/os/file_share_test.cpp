@@ -1,16 +1,16 @@
 // file_share_test.cpp - who may have a file open beside whom.
 
-#include <gtest/gtest.h>
-
-#include <atomic>
-#include <thread>
-
 #include "os/c_stream.h"
 #include "os/file.h"
 #include "os/file_system.h"
 #include "support/child_process.h"
 #include "support/file_bytes.h"
 #include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
 
 namespace {
 

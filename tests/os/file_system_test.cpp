@@ -2,10 +2,10 @@
 
 #include "os/file_system.h"
 
-#include <gtest/gtest.h>
-
 #include "os/clock.h"
 #include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

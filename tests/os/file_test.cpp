@@ -2,12 +2,12 @@
 
 #include "os/file.h"
 
-#include <gmock/gmock.h>
-
 #include "support/child_process.h"
 #include "support/file_bytes.h"
 #include "support/guard_new.h"
 #include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
 
 namespace {
 

@@ -1,10 +1,10 @@
 // find_files_test.cpp - files by pattern.
 
-#include <gmock/gmock.h>
-
 #include "os/clock.h"
 #include "os/file_system.h"
 #include "support/temp_folder.h"
+
+#include <gmock/gmock.h>
 
 namespace {
 

@@ -2,10 +2,10 @@
 
 #include "os/full_path.h"
 
-#include <gtest/gtest.h>
-
 #include "os/file_system.h"
 #include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

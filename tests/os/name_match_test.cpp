@@ -2,9 +2,9 @@
 
 #include "os/name_match.h"
 
-#include <gtest/gtest.h>
-
 #include "support/text.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

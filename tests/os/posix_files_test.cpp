@@ -1,7 +1,16 @@
 // posix_files_test.cpp - what only Linux has: FIFOs, devices, links, bytes as names, descriptors over exec and fork.
 
-#include <fcntl.h>
+#include "os/c_stream.h"
+#include "os/debug_output.h"
+#include "os/file_system.h"
+#include "os/lock.h"
+#include "os/process.h"
+#include "support/file_bytes.h"
+#include "support/temp_folder.h"
+
 #include <gmock/gmock.h>
+
+#include <fcntl.h>
 #include <pthread.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -12,14 +21,6 @@
 #include <filesystem>
 #include <fstream>
 #include <thread>
-
-#include "os/c_stream.h"
-#include "os/debug_output.h"
-#include "os/file_system.h"
-#include "os/lock.h"
-#include "os/process.h"
-#include "support/file_bytes.h"
-#include "support/temp_folder.h"
 
 namespace {
 

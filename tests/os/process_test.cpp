@@ -2,12 +2,12 @@
 
 #include "os/process.h"
 
+#include "support/temp_folder.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <thread>
-
-#include "support/temp_folder.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include "os/utf.h"
 
-#include <gtest/gtest.h>
-
 #include "support/text.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,11 +1,11 @@
 // file_bytes.h - texts of bytes as the spans that the file functions take.
 #pragma once
 
+#include "os/file.h"
+
 #include <span>
 #include <string>
 #include <string_view>
-
-#include "os/file.h"
 
 namespace support {
 

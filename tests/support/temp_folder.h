@@ -2,11 +2,11 @@
 // judge the code under test.
 #pragma once
 
+#include "support/text.h"
+
 #include <filesystem>
 #include <string>
 #include <string_view>
-
-#include "support/text.h"
 
 namespace support {
 
