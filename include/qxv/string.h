@@ -4,6 +4,10 @@
 #include "qxv/export.h"
 #include "qxv/types.h"
 
+namespace qxv {
+struct StringWords;  // what the library finds behind the text
+}
+
 /// A text of UTF-16 code units that owns its buffer; one pointer wide, so that it can be handed to anything that expects a
 /// zero-terminated text.
 ///
@@ -82,9 +86,9 @@ class QXV_API CQXString {
 
  private:
   bool EqualsText(const QXChar* pText) const noexcept;
-  bool PointsInside(const QXChar* pText) const noexcept;
-  void SetText(const QXChar* pText, std::size_t nLength);
-  void AppendText(const QXChar* pText, std::size_t nLength);
+  bool PointsInside(const QXChar* pText, const qxv::StringWords& words) const noexcept;
+  void SetText(const qxv::StringWords& words, const QXChar* pText, std::size_t nLength);
+  void AppendText(const qxv::StringWords& words, const QXChar* pText, std::size_t nLength);
   void AllocBuffer(std::size_t nOldCapacity, std::size_t nKeep, std::size_t nNewLength);
 
   QXChar* m_pText;

@@ -77,17 +77,15 @@ void CQXString::AllocBuffer(std::size_t nOldCapacity, std::size_t nKeep, std::si
 }
 
 // Whether a pointer given by a caller leads into the own buffer, which sizing would overwrite or free.
-bool CQXString::PointsInside(const QXChar* pText) const noexcept {
+bool CQXString::PointsInside(const QXChar* pText, const StringWords& words) const noexcept {
   if (m_pText == nullptr) {
     return false;
   }
-  const StringWords words = ReadStringWords(m_pText);
   const std::size_t units = std::max(words.slot, words.valid ? words.capacity : words.slot) + qxv::kStringWordUnits;
   return !std::less<>()(pText, m_pText) && std::less<>()(pText, m_pText + units);
 }
 
-void CQXString::SetText(const QXChar* pText, std::size_t nLength) {
-  const StringWords words = ReadStringWords(m_pText);
+void CQXString::SetText(const StringWords& words, const QXChar* pText, std::size_t nLength) {
   AllocBuffer(words.valid ? words.capacity : 0, 0, nLength);
   std::memcpy(m_pText, pText, nLength * sizeof(QXChar));
   m_pText[nLength] = 0;
@@ -96,8 +94,7 @@ void CQXString::SetText(const QXChar* pText, std::size_t nLength) {
 // KEPT: the text goes behind the length word, not behind the visible text, so what follows an earlier zero stays invisible.
 //   The layout is shared with applications that cut a text through its pointer. Pinned by
 //   StringKept.AppendGoesBehindTheLengthWord.
-void CQXString::AppendText(const QXChar* pText, std::size_t nLength) {
-  const StringWords words = ReadStringWords(m_pText);
+void CQXString::AppendText(const StringWords& words, const QXChar* pText, std::size_t nLength) {
   std::size_t at = words.length;
   if (words.valid || m_pText == nullptr) {
     AllocBuffer(words.capacity, at, at + nLength);
@@ -117,12 +114,12 @@ void CQXString::AppendText(const QXChar* pText, std::size_t nLength) {
 CQXString::CQXString() : m_pText(NewEmptyBuffer()) {}
 
 CQXString::CQXString(const QXChar* pText) : m_pText(nullptr) {
-  SetText(pText == nullptr ? kNoText : pText, VisibleLength(pText));
+  SetText({}, pText == nullptr ? kNoText : pText, VisibleLength(pText));
 }
 
 CQXString::CQXString(const QXChar* pText, int nCount) : m_pText(nullptr) {
   const bool any = pText != nullptr && nCount > 0;
-  SetText(any ? pText : kNoText, any ? qxv::os::TextLength(pText, static_cast<std::size_t>(nCount)) : 0);
+  SetText({}, any ? pText : kNoText, any ? qxv::os::TextLength(pText, static_cast<std::size_t>(nCount)) : 0);
 }
 
 // KEPT: the decision rests on the length word: text behind a length word of 0 is not copied, and text behind an earlier zero is.
@@ -137,7 +134,7 @@ CQXString::CQXString(const CQXString& other) : m_pText(nullptr) {
   } else if (words.valid || other.m_pText == nullptr) {
     m_pText = NewEmptyBuffer();
   } else {
-    SetText(other.m_pText, VisibleLength(other.m_pText));
+    SetText({}, other.m_pText, VisibleLength(other.m_pText));
   }
 }
 
@@ -155,11 +152,14 @@ CQXString& CQXString::operator=(const QXChar* pText) {
   const std::size_t length = VisibleLength(pText);
   if (length == 0) {
     Empty();
-  } else if (PointsInside(pText)) {
+    return *this;
+  }
+  const StringWords words = ReadStringWords(m_pText);
+  if (PointsInside(pText, words)) {
     const CQXString copy(pText);
-    SetText(copy.m_pText, length);
+    SetText(words, copy.m_pText, length);
   } else {
-    SetText(pText, length);
+    SetText(words, pText, length);
   }
   return *this;
 }
@@ -188,11 +188,12 @@ CQXString& CQXString::operator+=(const QXChar* pText) {
   if (length == 0) {
     return *this;
   }
-  if (PointsInside(pText)) {
+  const StringWords words = ReadStringWords(m_pText);
+  if (PointsInside(pText, words)) {
     const CQXString copy(pText);
-    AppendText(copy.m_pText, length);
+    AppendText(words, copy.m_pText, length);
   } else {
-    AppendText(pText, length);
+    AppendText(words, pText, length);
   }
   return *this;
 }
@@ -216,15 +217,15 @@ void CQXString::Format(const QXChar* pFormat, ...) {
 
 void CQXString::FormatV(const QXChar* pFormat, va_list args) {
   const int count = qxv::os::FormatLength(pFormat, args);
+  const StringWords words = ReadStringWords(m_pText);
   if (count <= 0) {
-    const StringWords words = ReadStringWords(m_pText);
     AllocBuffer(words.valid ? words.capacity : 0, 0, 0);
     return;
   }
   // A buffer of its own: an argument may be this text.
   const auto formatted = std::make_unique_for_overwrite<QXChar[]>(static_cast<std::size_t>(count) + 1);
   (void)qxv::os::FormatText(formatted.get(), static_cast<std::size_t>(count) + 1, pFormat, args);
-  SetText(formatted.get(), VisibleLength(formatted.get()));
+  SetText(words, formatted.get(), VisibleLength(formatted.get()));
 }
 
 // Questions.
