@@ -120,15 +120,19 @@ int ParseInt(const QXChar* at, int& value) noexcept {
   }
   const bool negative = *at == '-';
   at += negative;
-  int v = 0;
+  // KEPT: the magnitude is read before the sign, so -2147483648 fails.
+  //   Pinned by StrictParseKept.SmallestIntFails.
+  std::int64_t magnitude = 0;
   bool good = true;
-  for (; good && DigitOf(*at) <= 9; ++at) {
-    const int d = static_cast<int>(DigitOf(*at));
-    // KEPT: the magnitude is read before the sign, so -2147483648 fails.
-    //   Pinned by StrictParseKept.SmallestIntFails.
-    good = v <= (std::numeric_limits<int>::max() - d) / 10;
-    v = good ? v * 10 + d : v;
+  for (; DigitOf(*at) <= 9; ++at) {
+    const std::int64_t next = magnitude * 10 + DigitOf(*at);
+    if (next > std::numeric_limits<int>::max()) {
+      good = false;
+      break;
+    }
+    magnitude = next;
   }
+  const int v = static_cast<int>(magnitude);
   good = good && *SkipBlanks(at) == 0;
   value = good && negative ? -v : v;
   return good ? kParsed : kFailed;

@@ -61,10 +61,9 @@ void Print(double value, CQXString& text) {
   QXChar* const point = units + qxv::kIntegerUnits;
   QXChar* end = point;
   if (millionths != 0) {
-    end = point + 1 + kDecimals;
-    // One million in front gives six digits always; the point then takes the place of the 1.
-    (void)qxv::WriteDigitsBefore(end, kMillion + millionths);
     *point = '.';
+    qxv::WriteSixDigits(point + 1, static_cast<std::uint32_t>(millionths));
+    end = point + 1 + kDecimals;
     while (end[-1] == '0') {
       --end;
     }

@@ -3,6 +3,7 @@
 #include "numerics/integer_text.h"
 
 #include <array>
+#include <cstring>
 
 namespace {
 
@@ -16,17 +17,25 @@ constexpr auto kPairs = [] {
   return pairs;
 }();
 
+// value below 100
+void WritePair(QXChar* at, std::uint64_t value) noexcept { std::memcpy(at, &kPairs[2 * value], 2 * sizeof(QXChar)); }
+
 }  // namespace
+
+void qxv::WriteSixDigits(QXChar* at, std::uint32_t value) noexcept {
+  WritePair(at, value / 10000);  // three divisions that do not wait for one another
+  WritePair(at + 2, value / 100 % 100);
+  WritePair(at + 4, value % 100);
+}
 
 QXChar* qxv::WriteDigitsBefore(QXChar* end, std::uint64_t value) noexcept {
   for (; value >= 100; value /= 100) {
-    const std::size_t pair = 2 * static_cast<std::size_t>(value % 100);
-    *--end = kPairs[pair + 1];
-    *--end = kPairs[pair];
+    end -= 2;
+    WritePair(end, value % 100);
   }
   if (value >= 10) {
-    *--end = kPairs[2 * value + 1];
-    *--end = kPairs[2 * value];
+    end -= 2;
+    WritePair(end, value);
   } else {
     *--end = static_cast<QXChar>('0' + value);
   }
