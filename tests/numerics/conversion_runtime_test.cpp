@@ -98,6 +98,11 @@ TEST(RuntimeNumbers, AtoFReadsTheLeadingNumber) {
     EXPECT_EQ(QXVAtoF(row.text), row.value) << row.value;
   }
   EXPECT_TRUE(std::signbit(QXVAtoF(QXT("-0"))));
+  // Exponents of more digits than any integer holds.
+  const Text ones(100, QXT('1'));
+  EXPECT_EQ(QXVAtoF((QXT("2e20") + ones).c_str()), kInfinite);
+  EXPECT_EQ(QXVAtoF((QXT("-2e-20") + ones).c_str()), 0.0);
+  EXPECT_EQ(QXVAtoF((QXT("0e20") + ones).c_str()), 0.0);
 }
 
 TEST(RuntimeNumbers, TextWithoutABufferIsZero) {

@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <memory>
 #include <new>
 #include <vector>
 
@@ -91,6 +93,21 @@ TEST(Split, PartsLongerThanOneBlockKeepTheirText) {
   const Text second = Repeat('b', 128);
   const Text third = Repeat('c', 5000);
   EXPECT_THAT(Split(QXT(";"), (first + QXT(";") + second + QXT(";") + third).c_str()), ElementsAre(first, second, third));
+}
+
+TEST(Split, ReadsNothingBehindTheTerminators) {
+  // Array blocks end at an inaccessible page.
+  const auto block = [](const Text& text) {
+    auto units = std::make_unique<QXChar[]>(text.size() + 1);
+    std::copy(text.begin(), text.end(), units.get());
+    return units;
+  };
+  for (std::size_t length = 0; length < 70; ++length) {
+    Parts parts;
+    EXPECT_EQ(QXVStrtoStrArr(block(QXT("ab")).get(), block(Repeat('a', length)).get(), parts), 1);
+    EXPECT_THAT(TextsOf(parts), ElementsAre(Repeat('a', length)));
+    EXPECT_EQ(QXVStrArrtoStr(block(QXT("ab")).get(), parts).GetLength(), static_cast<int>(length));
+  }
 }
 
 TEST(Split, AllocatesOncePerPart) {
