@@ -2,6 +2,7 @@
 #pragma once
 
 #include "qxv/array.h"
+#include "qxv/conversion.h"
 #include "qxv/crc.h"
 #include "qxv/export.h"
 #include "qxv/factories.h"
