@@ -24,6 +24,9 @@ std::int64_t TellStream(std::FILE* stream) noexcept;
 /// The length, what is still buffered included; the position stays. -1 on failure.
 std::int64_t StreamLength(std::FILE* stream) noexcept;
 
+/// Whether the stream was opened on a folder, which fopen allows for reading on Linux.
+[[nodiscard]] bool StreamIsFolder(std::FILE* stream) noexcept;
+
 /// A mode taken apart; false for one that OpenStream refuses.
 struct StreamMode {
   char kind;    // 'r', 'w' or 'a'

@@ -4,7 +4,7 @@
 
 #include "os/drive_map.h"
 #include "os/posix_open.h"
-
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -78,5 +78,10 @@ bool SeekStream(std::FILE* stream, std::int64_t offset, SeekOrigin origin) noexc
 }
 
 std::int64_t TellStream(std::FILE* stream) noexcept { return stream == nullptr ? -1 : ::ftello(stream); }
+
+bool StreamIsFolder(std::FILE* stream) noexcept {
+  struct stat status;
+  return stream != nullptr && ::fstat(::fileno(stream), &status) == 0 && S_ISDIR(status.st_mode);
+}
 
 }  // namespace qxv::os

@@ -38,4 +38,6 @@ bool SeekStream(std::FILE* stream, std::int64_t offset, SeekOrigin origin) noexc
 
 std::int64_t TellStream(std::FILE* stream) noexcept { return stream == nullptr ? -1 : ::_ftelli64(stream); }
 
+bool StreamIsFolder(std::FILE*) noexcept { return false; }  // the run-time opens none
+
 }  // namespace qxv::os

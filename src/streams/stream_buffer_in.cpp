@@ -1,0 +1,132 @@
+// stream_buffer_in.cpp - CQXVStreamBufIn, the writer of blocks.
+// The capacity grows in steps, as applications see it; the memory behind it in doublings, so that appending stays linear. How
+// much memory there is follows from the capacity alone, so that a shallow copy knows it too. All bytes up to the capacity are
+// defined.
+
+#include "qxv/stream_buffer.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <new>
+
+namespace {
+
+constexpr unsigned int kStep = 3000;
+constexpr std::uint64_t kMostCapacity = 0xFFFFFFFF;
+constexpr unsigned int kCountBytes = 4;
+
+// Bytes allocated for a capacity: the smallest of 3000, 6000, 12000 ... that holds it.
+constexpr std::uint64_t AllocationFor(std::uint64_t capacity) {
+  std::uint64_t bytes = kStep;
+  while (bytes < capacity) {
+    bytes *= 2;
+  }
+  return std::min(bytes, kMostCapacity);
+}
+static_assert(AllocationFor(3000) == 3000 && AllocationFor(3001) == 6000 && AllocationFor(9000) == 12000);
+static_assert(AllocationFor(kMostCapacity) == kMostCapacity);
+
+}  // namespace
+
+CQXVStreamBufIn::CQXVStreamBufIn()
+    : m_pData(new unsigned char[kStep]()), m_nCapacity(kStep), m_nPosition(0), m_nGrowStep(kStep) {}
+
+// KEPT: copies share the block; the owner of both destroys only one. Pinned by StreamBufferKept.CopyOfTheWriterSharesTheBlock.
+CQXVStreamBufIn::CQXVStreamBufIn(const CQXVStreamBufIn& other) = default;
+
+CQXVStreamBufIn::~CQXVStreamBufIn() {
+  delete[] m_pData;
+  m_pData = nullptr;
+  m_nCapacity = 0;
+  m_nPosition = 0;
+}
+
+void CQXVStreamBufIn::GrowTo(std::uint64_t nCapacity) {
+  if (nCapacity > kMostCapacity) {
+    throw std::bad_alloc();
+  }
+  const auto added = static_cast<std::size_t>(nCapacity - m_nCapacity);
+  const auto allocation = static_cast<std::size_t>(AllocationFor(nCapacity));
+  if (allocation != AllocationFor(m_nCapacity)) {
+    std::unique_ptr<unsigned char[]> block(new unsigned char[allocation]);
+    std::memcpy(block.get(), m_pData, m_nCapacity);
+    delete[] m_pData;
+    m_pData = block.release();
+  }
+  std::memset(m_pData + m_nCapacity, 0, added);
+  m_nCapacity = static_cast<unsigned int>(nCapacity);
+}
+
+void CQXVStreamBufIn::Grow() { GrowTo(std::uint64_t{m_nCapacity} + m_nGrowStep); }
+
+void CQXVStreamBufIn::Grow(int n) {
+  if (n > 0) {
+    GrowTo(std::uint64_t{m_nCapacity} + static_cast<unsigned int>(n));
+  }
+}
+
+// The count, then the bytes; in one go, with the capacity that single bytes would have led to.
+void CQXVStreamBufIn::Counted(std::int32_t nCount, const void* pData, std::uint64_t nBytes) {
+  const auto* source = static_cast<const unsigned char*>(pData);
+  const std::uint64_t end = std::uint64_t{m_nPosition} + kCountBytes + nBytes;
+  if (end > m_nCapacity) {
+    const std::uint64_t steps = (end - m_nCapacity + m_nGrowStep - 1) / m_nGrowStep;
+    const bool isInside = !std::less<>()(source, static_cast<const unsigned char*>(m_pData)) &&
+                          std::less<>()(source, static_cast<const unsigned char*>(m_pData + m_nCapacity));
+    const std::ptrdiff_t offset = isInside ? source - m_pData : 0;
+    GrowTo(m_nCapacity + steps * m_nGrowStep);
+    source = isInside ? m_pData + offset : source;
+  }
+  unsigned char* place = m_pData + m_nPosition;
+  if (nBytes > 0) {
+    std::memmove(place + kCountBytes, source, static_cast<std::size_t>(nBytes));  // first: the count may overwrite the source
+  }
+  std::memcpy(place, &nCount, kCountBytes);
+  m_nPosition = static_cast<unsigned int>(end);
+}
+
+void CQXVStreamBufIn::Text(const QXChar* pText) {
+  const int length = CQXString::Length(pText);
+  Counted(length, pText, static_cast<std::uint64_t>(length) * sizeof(QXChar));
+}
+
+CQXVStreamBufIn& CQXVStreamBufIn::operator<<(const CQXString& value) {
+  Text(value);
+  return *this;
+}
+
+CQXVStreamBufIn& CQXVStreamBufIn::operator<<(const CString& value) {
+  Text(value);
+  return *this;
+}
+
+CQXVStreamBufIn& CQXVStreamBufIn::operator<<(const COleDateTime& value) {
+  SYSTEMTIME time{};
+  if (value.GetStatus() == COleDateTime::valid && !value.GetAsSystemTime(time)) {
+    time = {};
+  }
+  return *this << time;
+}
+
+// KEPT: a negative count is written as it is, without bytes. Pinned by StreamBufferKept.ANegativeBlockIsItsCountAlone.
+void CQXVStreamBufIn::in(const unsigned char* pData, int n) {
+  if (pData == nullptr && n > 0) {
+    n = 0;
+  }
+  Counted(n, pData, n > 0 ? static_cast<std::uint64_t>(n) : 0);
+}
+
+void CQXVStreamBufIn::Set(int nOffset, int nValue) {
+  if (nOffset >= 0 && static_cast<unsigned int>(nOffset) <= m_nCapacity - sizeof nValue) {
+    std::memcpy(m_pData + nOffset, &nValue, sizeof nValue);
+  }
+}
+
+unsigned char* CQXVStreamBufIn::GetBuffer(int& nSize) {
+  nSize = static_cast<int>(m_nPosition);
+  return m_pData;
+}
+
+unsigned int CQXVStreamBufIn::GetPos() const { return m_nPosition; }
