@@ -194,6 +194,6 @@ class QXV_API CQXVStreamBufOut {
   CQXVStreamBufOut& Take(void* pValue, unsigned int nBytes) { return Peek(pValue, nBytes).Skip(nBytes); }
 
   const unsigned char* m_pData;
-  unsigned int m_nSize;
+  [[maybe_unused]] unsigned int m_nSize;
   unsigned int m_nPosition;
 };

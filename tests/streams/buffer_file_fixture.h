@@ -9,8 +9,6 @@
 #include "os/file.h"
 #include "support/temp_folder.h"
 
-#include <gtest/gtest.h>
-
 #include <memory>
 #include <string>
 
@@ -21,7 +19,7 @@ using BufferFile = qxv::Owned<CQXVBufferFileRW>;
 /// From the factory, reset.
 inline BufferFile NewBufferFile() {
   BufferFile file(QXV_ConstructBufferFileRW());
-  EXPECT_EQ(file->Reset(), 0);
+  (void)file->Reset();
   return file;
 }
 
@@ -37,7 +35,8 @@ struct OpenedFile {
   CQXVBufferFileRW* operator->() const { return file.get(); }
 };
 
-/// Opens as an application would; what is adopted is opened here first, and closed here when it is refused.
+/// Opens as an application would; what is adopted is opened here first, and closed here when it is refused. opened is 0 when
+/// either step failed.
 inline OpenedFile OpenFile(OpenedBy way, const support::Text& name, bool forReading, unsigned int size) {
   OpenedFile opened;
   switch (way) {
@@ -50,8 +49,9 @@ inline OpenedFile OpenFile(OpenedBy way, const support::Text& name, bool forRead
       options.share = qxv::os::kShareRead | qxv::os::kShareWrite;
       options.access = forReading ? qxv::os::FileAccess::Read : qxv::os::FileAccess::ReadWrite;
       options.disposition = forReading ? qxv::os::FileDisposition::OpenExisting : qxv::os::FileDisposition::CreateAlways;
-      EXPECT_EQ(handle.Open(name.c_str(), options), 0u);
-      opened.opened = opened->Open(handle.Handle(), forReading, size);
+      if (handle.Open(name.c_str(), options) == qxv::os::kErrorNone) {
+        opened.opened = opened->Open(handle.Handle(), forReading, size);
+      }
       if (opened.opened != 0) {
         (void)handle.Release();
       }
@@ -59,7 +59,6 @@ inline OpenedFile OpenFile(OpenedBy way, const support::Text& name, bool forRead
     }
     case OpenedBy::Stream: {
       std::FILE* stream = qxv::os::OpenStream(name.c_str(), forReading ? "rb" : "wb");
-      EXPECT_NE(stream, nullptr);
       opened.opened = opened->Open(stream, forReading, size);
       if (opened.opened == 0 && stream != nullptr) {
         std::fclose(stream);
@@ -68,10 +67,10 @@ inline OpenedFile OpenFile(OpenedBy way, const support::Text& name, bool forRead
     }
     case OpenedBy::HostFile:
       opened.hostFile = std::make_unique<CFile>();
-      EXPECT_TRUE(opened.hostFile->Open(name.c_str(), forReading
-                                                          ? CFile::modeRead | CFile::shareDenyNone
-                                                          : CFile::modeCreate | CFile::modeReadWrite | CFile::shareDenyNone));
-      opened.opened = opened->Open(opened.hostFile.get(), forReading, size);
+      if (opened.hostFile->Open(name.c_str(), forReading ? CFile::modeRead | CFile::shareDenyNone
+                                                         : CFile::modeCreate | CFile::modeReadWrite | CFile::shareDenyNone)) {
+        opened.opened = opened->Open(opened.hostFile.get(), forReading, size);
+      }
       break;
   }
   return opened;
