@@ -2,6 +2,7 @@
 #pragma once
 
 #include "qxv/array.h"
+#include "qxv/buffer_file.h"
 #include "qxv/conversion.h"
 #include "qxv/crc.h"
 #include "qxv/export.h"
@@ -10,6 +11,7 @@
 #include "qxv/guid.h"
 #include "qxv/host.h"
 #include "qxv/module.h"
+#include "qxv/stream_buffer.h"
 #include "qxv/string.h"
 #include "qxv/types.h"
 #include "qxv/version.h"

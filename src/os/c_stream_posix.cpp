@@ -2,10 +2,10 @@
 
 #include "os/c_stream.h"
 
-#include "os/drive_map.h"
-#include "os/posix_open.h"
 #include <sys/stat.h>
 #include <unistd.h>
+#include "os/drive_map.h"
+#include "os/posix_open.h"
 
 #include <cerrno>
 #include <new>
