@@ -1,6 +1,6 @@
 // fuzz_buffer_file.cpp - sequences of operations on a buffered file, on files of any content, beside its model.
 
-#include "streams/buffer_file_duel.h"
+#include "support/buffer_file_duel.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -74,14 +74,14 @@ class QXV_API CQXVStreamBufIn {
   void Grow(int n);
 
  private:
-  // The place of the next nBytes, at most one step.
+  // The place of the next nBytes, at most 16: the capacity ends that far below 2^32, so the sum does not wrap.
   unsigned char* Room(unsigned int nBytes) {
-    if (m_nCapacity - m_nPosition < nBytes) {
+    if (m_nPosition + nBytes > m_nCapacity) {
       Grow();
     }
-    unsigned char* place = m_pData + m_nPosition;
-    m_nPosition += nBytes;
-    return place;
+    const unsigned int position = m_nPosition;
+    m_nPosition = position + nBytes;
+    return m_pData + position;
   }
   CQXVStreamBufIn& Image(const void* pValue, unsigned int nBytes) {
     std::memcpy(Room(nBytes), pValue, nBytes);

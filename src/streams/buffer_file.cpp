@@ -1,5 +1,7 @@
 // buffer_file.cpp - CQXVBufferFileRW: its factory, opening, closing, seeking.
 
+#include "qxv/buffer_file.h"
+
 #include "streams/buffer_file_impl.h"
 
 #include <new>

@@ -1,7 +1,6 @@
 // stream_buffer_in.cpp - CQXVStreamBufIn, the writer of blocks.
-// The capacity grows in steps, as applications see it; the memory behind it in doublings, so that appending stays linear. How
-// much memory there is follows from the capacity alone, so that a shallow copy knows it too. All bytes up to the capacity are
-// defined.
+// The capacity grows in steps, as applications see it; the memory behind it by factors, so that appending stays linear. How much
+// memory there is follows from the capacity alone, so that a shallow copy knows it too. All bytes up to the capacity are defined.
 
 #include "qxv/stream_buffer.h"
 
@@ -14,18 +13,20 @@
 namespace {
 
 constexpr unsigned int kStep = 3000;
-constexpr std::uint64_t kMostCapacity = 0xFFFFFFFF;
+constexpr std::uint64_t kMostCapacity = 0xFFFFFFFF - 16;
 constexpr unsigned int kCountBytes = 4;
 
-// Bytes allocated for a capacity: the smallest of 3000, 6000, 12000 ... that holds it.
+// Bytes allocated for a capacity: the first of 3000, 6000, then four times as much each, that holds it. Wide steps cost address
+// space only, what is not used is not touched; above 64 MiB, where they would be felt, they are doublings.
 constexpr std::uint64_t AllocationFor(std::uint64_t capacity) {
-  std::uint64_t bytes = kStep;
+  constexpr std::uint64_t kWide = std::uint64_t{64} << 20;
+  std::uint64_t bytes = capacity <= kStep ? kStep : 2 * kStep;
   while (bytes < capacity) {
-    bytes *= 2;
+    bytes *= bytes < kWide ? 4 : 2;
   }
   return std::min(bytes, kMostCapacity);
 }
-static_assert(AllocationFor(3000) == 3000 && AllocationFor(3001) == 6000 && AllocationFor(9000) == 12000);
+static_assert(AllocationFor(3000) == 3000 && AllocationFor(3001) == 6000 && AllocationFor(6001) == 24000);
 static_assert(AllocationFor(kMostCapacity) == kMostCapacity);
 
 }  // namespace
@@ -48,9 +49,8 @@ void CQXVStreamBufIn::GrowTo(std::uint64_t nCapacity) {
     throw std::bad_alloc();
   }
   const auto added = static_cast<std::size_t>(nCapacity - m_nCapacity);
-  const auto allocation = static_cast<std::size_t>(AllocationFor(nCapacity));
-  if (allocation != AllocationFor(m_nCapacity)) {
-    std::unique_ptr<unsigned char[]> block(new unsigned char[allocation]);
+  if (nCapacity > AllocationFor(m_nCapacity)) {
+    std::unique_ptr<unsigned char[]> block(new unsigned char[static_cast<std::size_t>(AllocationFor(nCapacity))]);
     std::memcpy(block.get(), m_pData, m_nCapacity);
     delete[] m_pData;
     m_pData = block.release();

@@ -1,6 +1,6 @@
 // buffer_file_duel_test.cpp - random sequences of operations on CQXVBufferFileRW and on its model.
 
-#include "streams/buffer_file_duel.h"
+#include "support/buffer_file_duel.h"
 
 #include <gtest/gtest.h>
 

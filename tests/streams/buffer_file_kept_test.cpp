@@ -2,8 +2,8 @@
 
 #include "qxv/buffer_file.h"
 
-#include "streams/buffer_file_fixture.h"
 #include "streams/bytes.h"
+#include "support/buffer_file_fixture.h"
 #include "support/guard_new.h"
 
 #include <gtest/gtest.h>
@@ -206,7 +206,7 @@ TEST(BufferFileKept, AFileThatShrinksGivesOldBytes) {
   EXPECT_EQ(Take(reader, 1), "") << "3000 bytes, as at open";
 }
 
-TEST(BufferFileKept, AFileThatShrankBeforeTheFirstReadGivesZeros) {
+TEST(BufferFile, AFileThatShrankBeforeTheFirstReadGivesZeros) {
   const TempFolder folder;
   const Text path = folder.File(QXT("a.bin"));
   ASSERT_TRUE(WriteBytes(path, std::string(3000, 'x')));

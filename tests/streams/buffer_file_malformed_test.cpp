@@ -2,8 +2,8 @@
 
 #include "qxv/buffer_file.h"
 
-#include "streams/buffer_file_fixture.h"
 #include "streams/bytes.h"
+#include "support/buffer_file_fixture.h"
 #include "support/text.h"
 
 #include <gtest/gtest.h>

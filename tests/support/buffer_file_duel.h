@@ -1,9 +1,9 @@
 // buffer_file_duel.h - a sequence of operations, told by bytes, on a buffered file and on its model; both must agree.
 #pragma once
 
-#include "streams/buffer_file_fixture.h"
-#include "streams/buffer_file_model.h"
 #include "streams/byte_reader.h"
+#include "support/buffer_file_fixture.h"
+#include "support/buffer_file_model.h"
 
 #include <algorithm>
 #include <cstring>
