@@ -2,30 +2,23 @@
 
 #include "qxv/path.h"
 
+#include "support/environment.h"
+#include "support/limited_user.h"
 #include "support/temp_folder.h"
 #include "support/text.h"
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cstdlib>
 #include <filesystem>
 
 namespace {
 
 using support::TempFolder;
-using support::TextOf;
 
 class PathDrives : public testing::Test {
  protected:
-  PathDrives() {
-    ::setenv("QXV_DRIVES", ("D=" + m_folder.Native().string()).c_str(), 1);  // this process holds no other test
-  }
-  ~PathDrives() override { ::unsetenv("QXV_DRIVES"); }
-
   TempFolder m_folder;
+  support::ScopedVariable m_drives{"QXV_DRIVES", "D=" + m_folder.Native().string()};
 };
 
 TEST_F(PathDrives, FoldersAndFilesAreFoundOnAMappedDrive) {
@@ -58,18 +51,11 @@ TEST_F(PathDrives, NamesWithoutALetterHaveNoNormalizedForm) {
 
 TEST_F(PathDrives, AFolderThatMayNotBeEnteredDoesNotExist) {
   ASSERT_EQ(QXVCreatePath(QXT("D:\\closed\\in")), 1);
-  const bool superuser = ::geteuid() == 0;  // who enters every folder
-  ASSERT_EQ(::chmod((m_folder.Native() / "closed").c_str(), superuser ? 0700 : 0600), 0);
-  constexpr uid_t kNobody = 65534;
-  if (superuser) {
-    ASSERT_EQ(::seteuid(kNobody), 0);
-  }
+  std::filesystem::permissions(m_folder.Native() / "closed", std::filesystem::perms::owner_read);
+  const support::LimitedUser limited;
   EXPECT_EQ(QXVPathExist(QXT("D:\\closed"), 0), 0);
   EXPECT_EQ(QXVPathExist(QXT("D:\\closed\\in"), 0), 0);
   EXPECT_EQ(QXVCreatePath(QXT("D:\\closed\\in")), 0);
-  if (superuser) {
-    ASSERT_EQ(::seteuid(0), 0);
-  }
 }
 
 }  // namespace
