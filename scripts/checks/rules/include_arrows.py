@@ -32,7 +32,8 @@ ABOVE_STREAMS = {"base", "os", "foundation", "streams"}
 
 # Services that one subsystem gives to others: giver -> (the stems of its headers, who may take them).
 SHARED = {
-    "numerics": ({"conversion"}, {"diagnostics", "text", "system", "image"}),
+    # streams: the fields of a text file's line are split and joined as everywhere; conversion itself knows no stream
+    "numerics": ({"conversion"}, {"diagnostics", "text", "system", "image", "streams"}),
     "system": ({"path"}, {"diagnostics", "text", "image"}),
     "jpeg_codec": ({"jpeg_codec"}, {"image"}),  # a library of its own: only its three functions
 }

@@ -1,0 +1,128 @@
+// line_scan_test.cpp - the vector forms against a unit at a time: all tiers, alignments and tails, at a page's end.
+
+#include "streams/line_scan.h"
+
+#include "support/cpu_tier.h"
+#include "support/text.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace {
+
+template <class Unit>
+struct Block {  // the last unit stands before an inaccessible page
+  std::unique_ptr<unsigned char[]> bytes;
+  Unit* units;
+  std::size_t count;
+
+  explicit Block(std::size_t n)
+      : bytes(new unsigned char[n * sizeof(Unit) + sizeof(Unit)]), units(reinterpret_cast<Unit*>(bytes.get()) + 1), count(n) {
+    std::fill(units, units + n, Unit('x'));
+  }
+};
+
+constexpr std::size_t kMost = 200;
+
+TEST(LineScan, FindsEachPlaceAtEveryLengthAndAlignment) {
+  support::ForEachCpuTier([] {
+    for (std::size_t count = 0; count <= kMost; ++count) {
+      Block<unsigned char> bytes(count);
+      Block<QXChar> units(count);
+      ASSERT_EQ(qxv::FindByte(bytes.units, count, 13, 0), count);
+      ASSERT_EQ(qxv::FindUnit(units.units, count, 13, 0), count);
+      ASSERT_EQ(qxv::FindLowByte(units.units, count, 10, 0), count);
+      for (std::size_t at = count; at-- > 0;) {  // the earlier one wins over those already there
+        const bool second = at % 3 == 0;
+        bytes.units[at] = second ? 0 : 13;
+        units.units[at] = second ? 0 : 13;
+        ASSERT_EQ(qxv::FindByte(bytes.units, count, 13, 0), at) << count;
+        ASSERT_EQ(qxv::FindUnit(units.units, count, 13, 0), at) << count;
+        ASSERT_EQ(qxv::FindByte(bytes.units + at, count - at, 13, 0), 0u) << count;
+        ASSERT_EQ(qxv::FindUnit(units.units + at, count - at, 13, 0), 0u) << count;
+        units.units[at] = second ? QXChar(0x4E00) : QXChar(0xFF0A);
+        ASSERT_EQ(qxv::FindLowByte(units.units, count, 10, 0), at) << count;
+        units.units[at] = second ? QXChar(0) : QXChar(13);
+      }
+    }
+  });
+}
+
+TEST(LineScan, OnlyTheWholeUnitCountsUnlessLowBytesAreAskedFor) {
+  support::ForEachCpuTier([] {
+    std::vector<QXChar> units(100, QXChar(0x0D00));
+    units[70] = QXChar(0x010D);
+    EXPECT_EQ(qxv::FindUnit(units.data(), units.size(), 13, 0x000A), 100u);
+    EXPECT_EQ(qxv::FindLowByte(units.data(), units.size(), 13, 10), 70u);
+    EXPECT_EQ(qxv::FindLowByte(units.data(), units.size(), 0, 10), 0u);
+  });
+}
+
+TEST(LineScan, EveryByteValueIsFoundAndNoOther) {
+  support::ForEachCpuTier([] {
+    std::array<unsigned char, 256> all;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+      all[i] = static_cast<unsigned char>(i);
+    }
+    for (unsigned value = 0; value < 256; ++value) {
+      const auto byte = static_cast<unsigned char>(value);
+      ASSERT_EQ(qxv::FindByte(all.data(), all.size(), byte, byte), value);
+    }
+  });
+}
+
+struct Ends {
+  const char* text;
+  std::size_t count;
+};
+constexpr Ends kEnds[] = {{"", 0},       {"\r", 1},       {"\n", 0},     {"\r\n", 1},     {"a\rb\rc", 2},   {"\r\r", 1},
+                          {"\r\r\r", 2}, {"\r\r\r\r", 2}, {"\r\n\r", 2}, {"\n\r\n\r", 2}, {"a\r\r\rb\r", 3}};
+
+TEST(LineScan, TheUnitBehindACountedReturnIsNotLookedAt) {
+  support::ForEachCpuTier([] {
+    for (const Ends& row : kEnds) {
+      const std::string bytes(row.text);
+      const support::Text units(bytes.begin(), bytes.end());
+      for (std::size_t before = 0; before < 130; ++before) {  // across the ends of vectors and of pieces
+        const std::string padded = std::string(before, 'x') + bytes;
+        const support::Text wide = support::Text(before, QXChar('x')) + units;
+        for (const std::size_t piece : {std::size_t{1}, std::size_t{3}, std::size_t{64}, padded.size() + 1}) {
+          qxv::LineEndCounter narrow, broad;
+          for (std::size_t at = 0; at < padded.size(); at += piece) {
+            const std::size_t n = std::min(piece, padded.size() - at);
+            narrow.Add(reinterpret_cast<const unsigned char*>(padded.data()) + at, n);
+            broad.Add(wide.data() + at, n);
+          }
+          ASSERT_EQ(narrow.Count(), row.count) << testing::PrintToString(row.text) << " behind " << before << " by " << piece;
+          ASSERT_EQ(broad.Count(), row.count) << testing::PrintToString(row.text) << " behind " << before << " by " << piece;
+        }
+      }
+    }
+  });
+}
+
+TEST(LineScan, CountsAreTheReferencesForAnyMixture) {
+  std::mt19937 random(7);
+  for (const unsigned of : {2u, 3u, 10u, 80u}) {
+    std::vector<unsigned char> bytes(5000);
+    for (auto& byte : bytes) {
+      byte = random() % of == 0 ? 13 : random() % 5 == 0 ? 10 : 'x';
+    }
+    const std::vector<QXChar> units(bytes.begin(), bytes.end());
+    const std::size_t expected = qxv::CountLineEndsReference(bytes.data(), bytes.size());
+    EXPECT_EQ(qxv::CountLineEndsReference(units.data(), units.size()), expected);
+    support::ForEachCpuTier([&] {
+      qxv::LineEndCounter narrow, broad;
+      narrow.Add(bytes.data(), bytes.size());
+      broad.Add(units.data(), units.size());
+      EXPECT_EQ(narrow.Count(), expected);
+      EXPECT_EQ(broad.Count(), expected);
+    });
+  }
+}
+
+}  // namespace
