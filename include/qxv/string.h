@@ -6,7 +6,8 @@
 
 namespace qxv {
 struct StringWords;  // what the library finds behind the text
-}
+struct TextAccess;   // fills long texts in place
+}  // namespace qxv
 
 /// A text of UTF-16 code units that owns its buffer; one pointer wide, so that it can be handed to anything that expects a
 /// zero-terminated text.
@@ -85,6 +86,8 @@ class QXV_API CQXString {
   friend bool operator!=(const QXChar* a, const CQXString& b) noexcept { return !b.EqualsText(a); }
 
  private:
+  friend struct qxv::TextAccess;
+
   bool EqualsText(const QXChar* pText) const noexcept;
   bool PointsInside(const QXChar* pText, const qxv::StringWords& words) const noexcept;
   void SetText(const qxv::StringWords& words, const QXChar* pText, std::size_t nLength);

@@ -3,6 +3,7 @@
 #include "qxv/string.h"
 
 #include "foundation/string_buffer.h"
+#include "foundation/text_access.h"
 #include "foundation/text_scan.h"
 #include "os/c_runtime.h"
 #include "os/wide_format.h"
@@ -89,6 +90,20 @@ void CQXString::SetText(const StringWords& words, const QXChar* pText, std::size
   AllocBuffer(words.valid ? words.capacity : 0, 0, nLength);
   std::memcpy(m_pText, pText, nLength * sizeof(QXChar));
   m_pText[nLength] = 0;
+}
+
+QXChar* qxv::TextAccess::Size(CQXString& text, std::size_t length) {
+  const StringWords words = ReadStringWords(text.m_pText);
+  text.AllocBuffer(words.valid ? words.capacity : 0, 0, length);
+  return text.m_pText;
+}
+
+void qxv::AssignText(CQXString& text, std::basic_string_view<QXChar> characters) {
+  if (characters.empty()) {
+    text.Empty();
+  } else {
+    std::memcpy(TextAccess::Size(text, characters.size()), characters.data(), characters.size() * sizeof(QXChar));
+  }
 }
 
 // KEPT: the text goes behind the length word, not behind the visible text, so what follows an earlier zero stays invisible.

@@ -2,7 +2,9 @@
 
 #include "streams/ansi_text.h"
 
+#include "foundation/text_access.h"
 #include "os/code_page.h"
+#include "streams/line_scan.h"
 
 namespace qxv {
 namespace {
@@ -11,29 +13,38 @@ namespace {
 constexpr std::size_t kFirst = 1024;
 constexpr std::size_t kKept = 64 * 1024;
 
+const unsigned char* BytesOf(std::string_view bytes) noexcept { return reinterpret_cast<const unsigned char*>(bytes.data()); }
+
 }  // namespace
 
+// ASCII is the same in every page that can be an ANSI page.
 TextView AnsiText::Decode(std::string_view bytes) {
   if (m_units.size() < bytes.size() || (m_units.size() > kKept && bytes.size() <= kKept)) {
     std::basic_string<QXChar>().swap(m_units);
     m_units.resize(bytes.size() <= kFirst ? kFirst : bytes.size() <= kKept ? kKept : bytes.size());
   }
-  // No page makes more units than bytes; one that did would be asked for the length first.
-  std::ptrdiff_t count =
-      bytes.empty() ? 0 : os::MultiByteToWide(m_codePage, bytes.data(), bytes.size(), m_units.data(), m_units.size());
-  if (count < 0) {
-    count = 0;
+  if (IsAscii(BytesOf(bytes), bytes.size())) {
+    WidenBytes(BytesOf(bytes), bytes.size(), m_units.data());
+    return {m_units.data(), bytes.size()};
+  }
+  std::ptrdiff_t count = os::MultiByteToWide(m_codePage, bytes.data(), bytes.size(), m_units.data(), m_units.size());
+  if (count < 0) {  // a page that makes more units than bytes, or none
     std::basic_string<QXChar> units;
-    if (os::MultiByteToWide(m_codePage, bytes, units)) {
-      m_units.swap(units);
-      count = static_cast<std::ptrdiff_t>(m_units.size());
+    if (!os::MultiByteToWide(m_codePage, bytes, units)) {
+      return {};
     }
+    m_units.swap(units);
+    count = static_cast<std::ptrdiff_t>(m_units.size());
   }
-  const auto length = static_cast<std::size_t>(count);
-  if (length < m_units.size()) {
-    m_units[length] = 0;  // a std::basic_string has a zero behind its last unit anyway
+  return {m_units.data(), static_cast<std::size_t>(count)};
+}
+
+void AnsiText::Decode(std::string_view bytes, bool ascii, CQXString& text) {
+  if (!bytes.empty() && (ascii || IsAscii(BytesOf(bytes), bytes.size()))) {
+    WidenBytes(BytesOf(bytes), bytes.size(), TextAccess::Size(text, bytes.size()));
+  } else {
+    AssignText(text, Decode(bytes));
   }
-  return {m_units.data(), length};
 }
 
 void AnsiText::Encode(TextView text, std::string& bytes) const {

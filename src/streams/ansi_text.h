@@ -1,6 +1,7 @@
 // ansi_text.h - lines between a code page and QXChar texts, through memory that is kept from one line to the next.
 #pragma once
 
+#include "qxv/string.h"
 #include "qxv/types.h"
 
 #include <string>
@@ -14,8 +15,12 @@ class AnsiText {
  public:
   explicit AnsiText(unsigned codePage) noexcept : m_codePage(codePage) {}
 
-  /// The bytes as units with a zero unit behind them, until the next call; empty when they cannot be converted.
+  /// The bytes, none of them zero, as units until the next call; none when they cannot be converted.
   [[nodiscard]] TextView Decode(std::string_view bytes);
+
+  /// The same into a text.
+  /// @param ascii  the bytes are known to be below 0x80
+  void Decode(std::string_view bytes, bool ascii, CQXString& text);
 
   /// Appends the units as bytes; nothing when they cannot be converted.
   void Encode(TextView text, std::string& bytes) const;

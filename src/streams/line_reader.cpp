@@ -14,12 +14,11 @@ namespace qxv {
 namespace {
 
 constexpr std::size_t kReadAhead = 128 * 1024;          // fits the second-level cache with room for the texts made of it
-constexpr std::size_t kOverwritten = sizeof(QXChar);    // behind the bytes: room for a terminator
 constexpr std::size_t kLongest = std::size_t{INT_MAX};  // units of a line
 constexpr unsigned char kCarriageReturn = 13;
 
-std::size_t FindStop(const unsigned char* bytes, std::size_t count) { return FindByte(bytes, count, kCarriageReturn, 0); }
-std::size_t FindStop(const QXChar* units, std::size_t count) { return FindUnit(units, count, kCarriageReturn, 0); }
+LineStop FindStop(const unsigned char* bytes, std::size_t count) { return FindLineStop(bytes, count, kCarriageReturn, 0); }
+LineStop FindStop(const QXChar* units, std::size_t count) { return {FindUnit(units, count, kCarriageReturn, 0), false}; }
 
 }  // namespace
 
@@ -37,9 +36,16 @@ void LineReader::Forget(std::int64_t position) noexcept {
   m_start = position;
   m_at = 0;
   m_end = 0;
+  m_appended = false;
+}
+
+void LineReader::GoBehindAppended() noexcept {
+  const std::int64_t end = os::TellStream(m_stream);
+  Forget(end >= 0 ? end : m_start);
 }
 
 void LineReader::Seek(std::int64_t position) noexcept {
+  m_appended = false;
   const std::int64_t at = position - m_start;
   if (at >= 0 && at <= static_cast<std::int64_t>(m_end)) {
     m_at = static_cast<std::size_t>(at);
@@ -48,7 +54,8 @@ void LineReader::Seek(std::int64_t position) noexcept {
   }
 }
 
-// Reads behind what there is; what was passed makes room. False at the end of the file and on an error.
+// Reads behind what there is; what was passed makes room. Nothing was appended meanwhile. False at the end of the file and on an
+// error.
 bool LineReader::ReadMore() {
   const std::size_t kept = m_end - m_at;
   std::size_t capacity = std::max(m_capacity, kReadAhead);
@@ -63,7 +70,7 @@ bool LineReader::ReadMore() {
       m_bytes.reset();
       m_capacity = 0;
     }
-    std::unique_ptr<unsigned char[]> bytes(new unsigned char[capacity + kOverwritten]);
+    std::unique_ptr<unsigned char[]> bytes(new unsigned char[capacity]);
     if (kept != 0) {
       std::memcpy(bytes.get(), m_bytes.get() + m_at, kept);
     }
@@ -90,29 +97,34 @@ std::size_t LineReader::ReadAt(std::int64_t position, unsigned char* bytes, std:
 }
 
 std::size_t LineReader::Append(std::string_view bytes) noexcept {
-  if (!os::SeekStream(m_stream, 0, os::SeekOrigin::End)) {
+  // The stream appends by itself; the seek is what it wants between reading and writing.
+  if (!m_appended && !os::SeekStream(m_stream, 0, os::SeekOrigin::End)) {
     return 0;
   }
+  Forget(m_start + static_cast<std::int64_t>(m_at));
+  m_appended = true;
   const std::size_t written = std::fwrite(bytes.data(), 1, bytes.size(), m_stream);
-  (void)std::fflush(m_stream);
-  std::clearerr(m_stream);
-  const std::int64_t end = os::TellStream(m_stream);
-  Forget(end >= 0 ? end : Position());
+  if (written != bytes.size()) {
+    std::clearerr(m_stream);
+  }
   return written;
 }
 
 template <class Unit>
 RawLine<Unit> LineReader::Next() {
-  if (m_at % sizeof(Unit) != 0) {
+  if (m_appended || m_at % sizeof(Unit) != 0) {
     Forget(Position());  // units are read at aligned places only
   }
   RawLine<Unit> line;
+  line.ascii = true;
   std::size_t seen = 0;
   for (;;) {
     const std::size_t count = (m_end - m_at) / sizeof(Unit);
-    line.units = reinterpret_cast<Unit*>(m_bytes.get() + m_at);
+    line.units = reinterpret_cast<const Unit*>(m_bytes.get() + m_at);
     while (seen < count) {
-      seen += FindStop(line.units + seen, count - seen);
+      const LineStop stop = FindStop(line.units + seen, count - seen);
+      seen += stop.at;
+      line.ascii = line.ascii && stop.ascii;
       if (seen == count || line.units[seen] == kCarriageReturn) {
         break;
       }
@@ -127,7 +139,7 @@ RawLine<Unit> LineReader::Next() {
       continue;
     }
     // ReadMore may have moved the bytes, if only to fail then.
-    line.units = reinterpret_cast<Unit*>(m_bytes.get() + m_at);
+    line.units = reinterpret_cast<const Unit*>(m_bytes.get() + m_at);
     line.count = seen;
     line.ended = ended;
     m_at = ended && seen + 2 <= count ? m_at + (seen + 2) * sizeof(Unit) : m_end;

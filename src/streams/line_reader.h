@@ -18,14 +18,14 @@
 
 namespace qxv {
 
-/// Unit is unsigned char or QXChar. The units stay where they are until the reader is called again; one more may be overwritten
-/// behind them, by who puts it back.
+/// Unit is unsigned char or QXChar. The units stay where they are until the reader is called again.
 template <class Unit>
 struct RawLine {
-  Unit* units = nullptr;
+  const Unit* units = nullptr;
   std::size_t count = 0;
   bool ended = false;     // by a carriage return, which was read, as was the unit behind it
   bool hasZeros = false;  // among the units
+  bool ascii = false;     // all units are certainly below 0x80
 };
 
 class LineReader {
@@ -35,7 +35,12 @@ class LineReader {
   /// Takes a stream, which stays the caller's, or null. Nothing is read ahead then and the position is 0.
   void Attach(std::FILE* stream) noexcept;
 
-  [[nodiscard]] std::int64_t Position() const noexcept { return m_start + static_cast<std::int64_t>(m_at); }
+  [[nodiscard]] std::int64_t Position() noexcept {
+    if (m_appended) {
+      GoBehindAppended();
+    }
+    return m_start + static_cast<std::int64_t>(m_at);
+  }
 
   /// Goes to a place of the file. What was read ahead is kept where that serves.
   void Seek(std::int64_t position) noexcept;
@@ -57,9 +62,11 @@ class LineReader {
 
  private:
   bool ReadMore();
+  void GoBehindAppended() noexcept;
   void Forget(std::int64_t position) noexcept;
 
   std::FILE* m_stream = nullptr;
+  bool m_appended = false;  // the position is the stream's own, behind what was written last
   std::unique_ptr<unsigned char[]> m_bytes;
   std::size_t m_capacity = 0;
   std::int64_t m_start = 0;

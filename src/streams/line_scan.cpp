@@ -1,8 +1,7 @@
-// line_scan.cpp - the ends of lines in texts of bytes and of 16-bit units.
+// line_scan.cpp - ends of lines in texts of bytes and of 16-bit units, ASCII as units.
 //
-// Finding: a vector of units is compared with both values; the first set bit of the mask is the place.
-// Counting: 64 units give a mask of one bit each. Unless two carriage returns stand side by side, which a text hardly has, each
-// bit is a line's end.
+// 64 units give a mask of one bit each. Finding: the first set bit is the place. Counting: unless two carriage returns stand side
+// by side, which a text hardly has, each bit is a line's end.
 
 #include "streams/line_scan.h"
 
@@ -37,115 +36,200 @@ unsigned ValueOf(UnitOf<what> unit) noexcept {
 }
 
 template <Compared what>
-std::size_t FindFrom(const UnitOf<what>* units, std::size_t at, std::size_t count, UnitOf<what> a, UnitOf<what> b) noexcept {
-  while (at < count && ValueOf<what>(units[at]) != ValueOf<what>(a) && ValueOf<what>(units[at]) != ValueOf<what>(b)) {
-    ++at;
+LineStop FindFrom(const UnitOf<what>* units, std::size_t at, std::size_t count, UnitOf<what> a, UnitOf<what> b,
+                  std::uint64_t high) noexcept {
+  for (; at < count; ++at) {
+    const unsigned value = ValueOf<what>(units[at]);
+    if (value == ValueOf<what>(a) || value == ValueOf<what>(b)) {
+      break;
+    }
+    high |= value & 0x80;
   }
-  return at;
+  return {at, high == 0};
 }
 
-// ---- finding: a mask of one bit (bytes) or two bits (units) for each unit of a vector that is a or b ----
+// ---- a mask of one bit for each of 64 units that is a or b, and whether a byte among them is not ASCII ----
+
+struct Mask64 {
+  std::uint64_t found;
+  std::uint64_t high;  // not zero if so; bytes only
+};
+
+constexpr std::size_t kMaskUnits = 64;
 
 template <Compared what>
-QXV_ALWAYS_INLINE unsigned Mask128(const UnitOf<what>* units, __m128i a, __m128i b) {
+QXV_ALWAYS_INLINE __m128i Broadcast128(UnitOf<what> value) {
+  return what == Compared::Bytes ? _mm_set1_epi8(static_cast<char>(value)) : _mm_set1_epi16(static_cast<short>(value));
+}
+
+// Of 8 units, as 16-bit lanes.
+template <Compared what>
+QXV_ALWAYS_INLINE __m128i Found128(const UnitOf<what>* units, __m128i a, __m128i b) {
   __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units));
+  if constexpr (what == Compared::LowBytes) {
+    v = _mm_and_si128(v, _mm_set1_epi16(0xFF));
+  }
+  return _mm_or_si128(_mm_cmpeq_epi16(v, a), _mm_cmpeq_epi16(v, b));
+}
+
+template <Compared what>
+QXV_ALWAYS_INLINE Mask64 MaskBaseline(const UnitOf<what>* units, __m128i a, __m128i b) {
+  Mask64 mask{0, 0};
   if constexpr (what == Compared::Bytes) {
-    return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi8(v, a), _mm_cmpeq_epi8(v, b))));
+    __m128i all = _mm_setzero_si128();
+    for (unsigned i = 0; i < 64; i += 16) {
+      const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + i));
+      const __m128i found = _mm_or_si128(_mm_cmpeq_epi8(v, a), _mm_cmpeq_epi8(v, b));
+      mask.found |= std::uint64_t{static_cast<unsigned>(_mm_movemask_epi8(found))} << i;
+      all = _mm_or_si128(all, v);
+    }
+    mask.high = static_cast<unsigned>(_mm_movemask_epi8(all));
   } else {
-    if constexpr (what == Compared::LowBytes) {
-      v = _mm_and_si128(v, _mm_set1_epi16(0xFF));
+    for (unsigned i = 0; i < 64; i += 16) {
+      const __m128i found = _mm_packs_epi16(Found128<what>(units + i, a, b), Found128<what>(units + i + 8, a, b));
+      mask.found |= std::uint64_t{static_cast<unsigned>(_mm_movemask_epi8(found))} << i;
     }
-    return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(_mm_cmpeq_epi16(v, a), _mm_cmpeq_epi16(v, b))));
   }
+  return mask;
 }
 
 template <Compared what>
-std::size_t FindBaseline(const UnitOf<what>* units, std::size_t count, UnitOf<what> a, UnitOf<what> b) noexcept {
-  constexpr std::size_t kUnits = 16 / sizeof(UnitOf<what>);
-  const bool bytes = what == Compared::Bytes;
-  const __m128i va = bytes ? _mm_set1_epi8(static_cast<char>(a)) : _mm_set1_epi16(static_cast<short>(a));
-  const __m128i vb = bytes ? _mm_set1_epi8(static_cast<char>(b)) : _mm_set1_epi16(static_cast<short>(b));
-  std::size_t at = 0;
-  for (; count - at >= kUnits; at += kUnits) {
-    if (const unsigned mask = Mask128<what>(units + at, va, vb); mask != 0) {
-      return at + static_cast<std::size_t>(std::countr_zero(mask)) / sizeof(UnitOf<what>);
-    }
-  }
-  return FindFrom<what>(units, at, count, a, b);
+QXV_INLINE_AVX2 __m256i Broadcast256(UnitOf<what> value) {
+  return what == Compared::Bytes ? _mm256_set1_epi8(static_cast<char>(value)) : _mm256_set1_epi16(static_cast<short>(value));
 }
 
 template <Compared what>
-QXV_INLINE_AVX2 unsigned Mask256(const UnitOf<what>* units, __m256i a, __m256i b) {
+QXV_INLINE_AVX2 __m256i Found256(const UnitOf<what>* units, __m256i a, __m256i b) {
   __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(units));
+  if constexpr (what == Compared::LowBytes) {
+    v = _mm256_and_si256(v, _mm256_set1_epi16(0xFF));
+  }
+  return _mm256_or_si256(_mm256_cmpeq_epi16(v, a), _mm256_cmpeq_epi16(v, b));
+}
+
+template <Compared what>
+QXV_INLINE_AVX2 std::uint64_t Mask32Avx2(const UnitOf<what>* units, __m256i a, __m256i b) {
+  const __m256i packed = _mm256_packs_epi16(Found256<what>(units, a, b), Found256<what>(units + 16, a, b));
+  // The quarters of the two vectors back in their order.
+  return static_cast<unsigned>(_mm256_movemask_epi8(_mm256_permute4x64_epi64(packed, 0xD8)));
+}
+
+template <Compared what>
+QXV_INLINE_AVX2 Mask64 MaskAvx2(const UnitOf<what>* units, __m256i a, __m256i b) {
   if constexpr (what == Compared::Bytes) {
-    return static_cast<unsigned>(_mm256_movemask_epi8(_mm256_or_si256(_mm256_cmpeq_epi8(v, a), _mm256_cmpeq_epi8(v, b))));
+    const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(units));
+    const __m256i w = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(units + 32));
+    const __m256i first = _mm256_or_si256(_mm256_cmpeq_epi8(v, a), _mm256_cmpeq_epi8(v, b));
+    const __m256i second = _mm256_or_si256(_mm256_cmpeq_epi8(w, a), _mm256_cmpeq_epi8(w, b));
+    const std::uint64_t low = static_cast<unsigned>(_mm256_movemask_epi8(first));
+    const std::uint64_t high = static_cast<unsigned>(_mm256_movemask_epi8(second));
+    return {low | high << 32, static_cast<unsigned>(_mm256_movemask_epi8(_mm256_or_si256(v, w)))};
   } else {
-    if constexpr (what == Compared::LowBytes) {
-      v = _mm256_and_si256(v, _mm256_set1_epi16(0xFF));
-    }
-    return static_cast<unsigned>(_mm256_movemask_epi8(_mm256_or_si256(_mm256_cmpeq_epi16(v, a), _mm256_cmpeq_epi16(v, b))));
+    return {Mask32Avx2<what>(units, a, b) | Mask32Avx2<what>(units + 32, a, b) << 32, 0};
   }
 }
 
 template <Compared what>
-QXV_TARGET_AVX2 std::size_t FindAvx2(const UnitOf<what>* units, std::size_t count, UnitOf<what> a, UnitOf<what> b) noexcept {
-  constexpr std::size_t kUnits = 32 / sizeof(UnitOf<what>);
-  const bool bytes = what == Compared::Bytes;
-  const __m256i va = bytes ? _mm256_set1_epi8(static_cast<char>(a)) : _mm256_set1_epi16(static_cast<short>(a));
-  const __m256i vb = bytes ? _mm256_set1_epi8(static_cast<char>(b)) : _mm256_set1_epi16(static_cast<short>(b));
-  std::size_t at = 0;
-  for (; count - at >= kUnits; at += kUnits) {
-    if (const unsigned mask = Mask256<what>(units + at, va, vb); mask != 0) {
-      return at + static_cast<std::size_t>(std::countr_zero(mask)) / sizeof(UnitOf<what>);
-    }
-  }
-  return FindFrom<what>(units, at, count, a, b);
+QXV_INLINE_AVX512 __m512i Broadcast512(UnitOf<what> value) {
+  return what == Compared::Bytes ? _mm512_set1_epi8(static_cast<char>(value)) : _mm512_set1_epi16(static_cast<short>(value));
 }
 
-// One bit a unit.
 template <Compared what>
-QXV_INLINE_AVX512 std::uint64_t Mask512(const UnitOf<what>* units, __m512i a, __m512i b) {
+QXV_INLINE_AVX512 std::uint64_t Mask32Avx512(const UnitOf<what>* units, __m512i a, __m512i b) {
   __m512i v = _mm512_loadu_si512(units);
+  if constexpr (what == Compared::LowBytes) {
+    v = _mm512_and_si512(v, _mm512_set1_epi16(0xFF));
+  }
+  return _cvtmask32_u32(_mm512_cmpeq_epi16_mask(v, a)) | _cvtmask32_u32(_mm512_cmpeq_epi16_mask(v, b));
+}
+
+template <Compared what>
+QXV_INLINE_AVX512 Mask64 MaskAvx512(const UnitOf<what>* units, __m512i a, __m512i b) {
   if constexpr (what == Compared::Bytes) {
-    return _cvtmask64_u64(_mm512_cmpeq_epi8_mask(v, a)) | _cvtmask64_u64(_mm512_cmpeq_epi8_mask(v, b));
+    const __m512i v = _mm512_loadu_si512(units);
+    const std::uint64_t found = _cvtmask64_u64(_mm512_cmpeq_epi8_mask(v, a)) | _cvtmask64_u64(_mm512_cmpeq_epi8_mask(v, b));
+    return {found, _cvtmask64_u64(_mm512_movepi8_mask(v))};
   } else {
-    if constexpr (what == Compared::LowBytes) {
-      v = _mm512_and_si512(v, _mm512_set1_epi16(0xFF));
-    }
-    return _cvtmask32_u32(_mm512_cmpeq_epi16_mask(v, a)) | _cvtmask32_u32(_mm512_cmpeq_epi16_mask(v, b));
+    return {Mask32Avx512<what>(units, a, b) | Mask32Avx512<what>(units + 32, a, b) << 32, 0};
   }
 }
 
+// ---- finding: two masks a turn, so that lines of any ordinary length take one turn and no branch is guessed wrong ----
+
+QXV_ALWAYS_INLINE std::size_t FirstOf(std::uint64_t first, std::uint64_t second) {
+  const auto inSecond = static_cast<std::size_t>(std::countr_zero(second)) & (std::size_t{0} - (first == 0 ? 1 : 0));
+  return static_cast<std::size_t>(std::countr_zero(first)) + inSecond;  // 64 for none: no branch
+}
+
 template <Compared what>
-QXV_TARGET_AVX512 std::size_t FindAvx512(const UnitOf<what>* units, std::size_t count, UnitOf<what> a, UnitOf<what> b) noexcept {
-  constexpr std::size_t kUnits = 64 / sizeof(UnitOf<what>);
-  const bool bytes = what == Compared::Bytes;
-  const __m512i va = bytes ? _mm512_set1_epi8(static_cast<char>(a)) : _mm512_set1_epi16(static_cast<short>(a));
-  const __m512i vb = bytes ? _mm512_set1_epi8(static_cast<char>(b)) : _mm512_set1_epi16(static_cast<short>(b));
+LineStop FindBaseline(const UnitOf<what>* units, std::size_t count, UnitOf<what> a, UnitOf<what> b) noexcept {
+  const __m128i va = Broadcast128<what>(a);
+  const __m128i vb = Broadcast128<what>(b);
+  std::uint64_t high = 0;
   std::size_t at = 0;
-  for (; count - at >= kUnits; at += kUnits) {
-    if (const std::uint64_t mask = Mask512<what>(units + at, va, vb); mask != 0) {
-      return at + static_cast<std::size_t>(std::countr_zero(mask));
+  for (; count - at >= 2 * kMaskUnits; at += 2 * kMaskUnits) {
+    const Mask64 first = MaskBaseline<what>(units + at, va, vb);
+    high |= first.high;
+    if (first.found != 0) {
+      return {at + static_cast<std::size_t>(std::countr_zero(first.found)), high == 0};
+    }
+    const Mask64 second = MaskBaseline<what>(units + at + kMaskUnits, va, vb);
+    high |= second.high;
+    if (second.found != 0) {
+      return {at + kMaskUnits + static_cast<std::size_t>(std::countr_zero(second.found)), high == 0};
     }
   }
-  return FindFrom<what>(units, at, count, a, b);
+  return FindFrom<what>(units, at, count, a, b, high);
 }
 
 template <Compared what>
-constexpr os::KernelTable<std::size_t (*)(const UnitOf<what>*, std::size_t, UnitOf<what>, UnitOf<what>) noexcept> kFind{
+QXV_TARGET_AVX2 LineStop FindAvx2(const UnitOf<what>* units, std::size_t count, UnitOf<what> a, UnitOf<what> b) noexcept {
+  const __m256i va = Broadcast256<what>(a);
+  const __m256i vb = Broadcast256<what>(b);
+  std::uint64_t high = 0;
+  std::size_t at = 0;
+  for (; count - at >= 2 * kMaskUnits; at += 2 * kMaskUnits) {
+    const Mask64 first = MaskAvx2<what>(units + at, va, vb);
+    const Mask64 second = MaskAvx2<what>(units + at + kMaskUnits, va, vb);
+    high |= first.high | second.high;
+    if ((first.found | second.found) != 0) {
+      return {at + FirstOf(first.found, second.found), high == 0};
+    }
+  }
+  return FindFrom<what>(units, at, count, a, b, high);
+}
+
+template <Compared what>
+QXV_TARGET_AVX512 LineStop FindAvx512(const UnitOf<what>* units, std::size_t count, UnitOf<what> a, UnitOf<what> b) noexcept {
+  const __m512i va = Broadcast512<what>(a);
+  const __m512i vb = Broadcast512<what>(b);
+  std::uint64_t high = 0;
+  std::size_t at = 0;
+  for (; count - at >= 2 * kMaskUnits; at += 2 * kMaskUnits) {
+    const Mask64 first = MaskAvx512<what>(units + at, va, vb);
+    const Mask64 second = MaskAvx512<what>(units + at + kMaskUnits, va, vb);
+    high |= first.high | second.high;
+    if ((first.found | second.found) != 0) {
+      return {at + FirstOf(first.found, second.found), high == 0};
+    }
+  }
+  return FindFrom<what>(units, at, count, a, b, high);
+}
+
+template <Compared what>
+constexpr os::KernelTable<LineStop (*)(const UnitOf<what>*, std::size_t, UnitOf<what>, UnitOf<what>) noexcept> kFind{
     {&FindBaseline<what>, &FindAvx2<what>, &FindAvx512<what>}};
 
-// ---- counting: a mask of one bit for each of 64 units that is a carriage return ----
+// ---- counting ----
 
 constexpr unsigned char kCarriageReturn = 13;
-constexpr std::size_t kCountUnits = 64;
 
 struct Tally {
   std::size_t count;
   bool skipNext;
 };
 
-void AddMask(Tally& tally, std::uint64_t mask) noexcept {
+QXV_ALWAYS_INLINE void AddMask(Tally& tally, std::uint64_t mask) noexcept {
   const std::uint64_t skipped = tally.skipNext ? 1 : 0;
   if (((mask << 1 | skipped) & mask) == 0) {
     tally.count += static_cast<std::size_t>(std::popcount(mask));
@@ -171,69 +255,43 @@ void AddUnits(Tally& tally, const Unit* units, std::size_t count) noexcept {
   }
 }
 
-QXV_ALWAYS_INLINE std::uint64_t Ends16Bytes(const unsigned char* bytes) {
-  const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
-  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, _mm_set1_epi8(kCarriageReturn))));
+// Up to an aligned place: a load across two cache lines costs two.
+template <class Unit>
+void AddUnaligned(Tally& tally, const Unit*& units, std::size_t& count) noexcept {
+  const std::size_t ahead = (64 - reinterpret_cast<std::uintptr_t>(units) % 64) % 64 / sizeof(Unit);
+  const std::size_t some = ahead < count ? ahead : count;
+  AddUnits(tally, units, some);
+  units += some;
+  count -= some;
 }
-QXV_ALWAYS_INLINE std::uint64_t Ends128(const unsigned char* bytes) {
-  return Ends16Bytes(bytes) | Ends16Bytes(bytes + 16) << 16 | Ends16Bytes(bytes + 32) << 32 | Ends16Bytes(bytes + 48) << 48;
-}
-QXV_ALWAYS_INLINE std::uint64_t Ends16Units(const QXChar* units) {
-  const __m128i value = _mm_set1_epi16(kCarriageReturn);
-  const __m128i a = _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(units)), value);
-  const __m128i b = _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(units + 8)), value);
-  return static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(a, b)));
-}
-QXV_ALWAYS_INLINE std::uint64_t Ends128(const QXChar* units) {
-  return Ends16Units(units) | Ends16Units(units + 16) << 16 | Ends16Units(units + 32) << 32 | Ends16Units(units + 48) << 48;
-}
+
+template <class Unit>
+constexpr Compared kWhole = sizeof(Unit) == 1 ? Compared::Bytes : Compared::Units;
 
 template <class Unit>
 Tally CountBaseline(const Unit* units, std::size_t count, Tally tally) noexcept {
-  for (; count >= kCountUnits; units += kCountUnits, count -= kCountUnits) {
-    AddMask(tally, Ends128(units));
+  const __m128i value = Broadcast128<kWhole<Unit>>(kCarriageReturn);
+  AddUnaligned(tally, units, count);
+  for (; count >= kMaskUnits; units += kMaskUnits, count -= kMaskUnits) {
+    AddMask(tally, MaskBaseline<kWhole<Unit>>(units, value, value).found);
   }
   AddUnits(tally, units, count);
   return tally;
 }
 
-QXV_INLINE_AVX2 std::uint64_t Ends32Bytes(const unsigned char* bytes) {
-  const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes));
-  return static_cast<unsigned>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(v, _mm256_set1_epi8(kCarriageReturn))));
-}
-QXV_INLINE_AVX2 std::uint64_t Ends256(const unsigned char* bytes) { return Ends32Bytes(bytes) | Ends32Bytes(bytes + 32) << 32; }
-QXV_INLINE_AVX2 std::uint64_t Ends32Units(const QXChar* units) {
-  const __m256i value = _mm256_set1_epi16(kCarriageReturn);
-  const __m256i a = _mm256_cmpeq_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(units)), value);
-  const __m256i b = _mm256_cmpeq_epi16(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(units + 16)), value);
-  const __m256i packed = _mm256_permute4x64_epi64(_mm256_packs_epi16(a, b), 0xD8);  // halves of a and b back in their order
-  return static_cast<unsigned>(_mm256_movemask_epi8(packed));
-}
-QXV_INLINE_AVX2 std::uint64_t Ends256(const QXChar* units) { return Ends32Units(units) | Ends32Units(units + 32) << 32; }
-
+// Also for AVX-512, whose wider loads wait longer for memory.
 template <class Unit>
 QXV_TARGET_AVX2 Tally CountAvx2(const Unit* units, std::size_t count, Tally tally) noexcept {
-  for (; count >= kCountUnits; units += kCountUnits, count -= kCountUnits) {
-    AddMask(tally, Ends256(units));
-  }
-  AddUnits(tally, units, count);
-  return tally;
-}
-
-QXV_INLINE_AVX512 std::uint64_t Ends512(const unsigned char* bytes) {
-  return _cvtmask64_u64(_mm512_cmpeq_epi8_mask(_mm512_loadu_si512(bytes), _mm512_set1_epi8(kCarriageReturn)));
-}
-QXV_INLINE_AVX512 std::uint64_t Ends512(const QXChar* units) {
-  const __m512i value = _mm512_set1_epi16(kCarriageReturn);
-  const std::uint64_t low = _cvtmask32_u32(_mm512_cmpeq_epi16_mask(_mm512_loadu_si512(units), value));
-  const std::uint64_t high = _cvtmask32_u32(_mm512_cmpeq_epi16_mask(_mm512_loadu_si512(units + 32), value));
-  return low | high << 32;
-}
-
-template <class Unit>
-QXV_TARGET_AVX512 Tally CountAvx512(const Unit* units, std::size_t count, Tally tally) noexcept {
-  for (; count >= kCountUnits; units += kCountUnits, count -= kCountUnits) {
-    AddMask(tally, Ends512(units));
+  constexpr std::size_t kAhead = 2048;  // bytes
+  const __m256i value = Broadcast256<kWhole<Unit>>(kCarriageReturn);
+  AddUnaligned(tally, units, count);
+  for (; count >= kMaskUnits; units += kMaskUnits, count -= kMaskUnits) {
+    const char* ahead = reinterpret_cast<const char*>(units) + kAhead;
+    _mm_prefetch(ahead, _MM_HINT_T0);
+    if constexpr (sizeof(Unit) == 2) {
+      _mm_prefetch(ahead + 64, _MM_HINT_T0);
+    }
+    AddMask(tally, MaskAvx2<kWhole<Unit>>(units, value, value).found);
   }
   AddUnits(tally, units, count);
   return tally;
@@ -241,7 +299,61 @@ QXV_TARGET_AVX512 Tally CountAvx512(const Unit* units, std::size_t count, Tally 
 
 template <class Unit>
 constexpr os::KernelTable<Tally (*)(const Unit*, std::size_t, Tally) noexcept> kCount{
-    {&CountBaseline<Unit>, &CountAvx2<Unit>, &CountAvx512<Unit>}};
+    {&CountBaseline<Unit>, &CountAvx2<Unit>, &CountAvx2<Unit>}};
+
+// ---- bytes as units: vectors from the start and, overlapping them, from the end, so that ordinary lines take no loop ----
+
+constexpr std::size_t kVector = 16;
+
+QXV_ALWAYS_INLINE void Widen128(const unsigned char* bytes, QXChar* units) {
+  const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(units), _mm_unpacklo_epi8(v, _mm_setzero_si128()));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(units + 8), _mm_unpackhi_epi8(v, _mm_setzero_si128()));
+}
+
+void WidenBaseline(const unsigned char* bytes, std::size_t count, QXChar* units) noexcept {
+  if (count < kVector) {
+    WidenBytesReference(bytes, count, units);
+    return;
+  }
+  for (std::size_t at = 0; at + kVector < count; at += kVector) {
+    Widen128(bytes + at, units + at);
+  }
+  Widen128(bytes + count - kVector, units + count - kVector);
+}
+
+QXV_INLINE_AVX2 void Widen256(const unsigned char* bytes, QXChar* units) {
+  const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(units), _mm256_cvtepu8_epi16(v));
+}
+
+template <std::size_t Vectors>
+QXV_INLINE_AVX2 void WidenEnds(const unsigned char* bytes, std::size_t count, QXChar* units) {
+  for (std::size_t at = 0; at < Vectors * kVector; at += kVector) {
+    Widen256(bytes + at, units + at);
+    Widen256(bytes + count - kVector - at, units + count - kVector - at);
+  }
+}
+
+QXV_TARGET_AVX2 void WidenAvx2(const unsigned char* bytes, std::size_t count, QXChar* units) noexcept {
+  if (count < kVector) {
+    WidenBytesReference(bytes, count, units);
+  } else if (count <= 2 * kVector) {
+    WidenEnds<1>(bytes, count, units);
+  } else if (count <= 4 * kVector) {
+    WidenEnds<2>(bytes, count, units);
+  } else if (count <= 8 * kVector) {
+    WidenEnds<4>(bytes, count, units);
+  } else {
+    for (std::size_t at = 0; at + kVector < count; at += kVector) {
+      Widen256(bytes + at, units + at);
+    }
+    Widen256(bytes + count - kVector, units + count - kVector);
+  }
+}
+
+constexpr os::KernelTable<void (*)(const unsigned char*, std::size_t, QXChar*) noexcept> kWiden{
+    {&WidenBaseline, &WidenAvx2, &WidenAvx2}};
 
 template <class Unit>
 std::size_t CountReference(const Unit* units, std::size_t count) noexcept {
@@ -257,28 +369,59 @@ std::size_t CountReference(const Unit* units, std::size_t count) noexcept {
 
 }  // namespace
 
-std::size_t FindByte(const unsigned char* bytes, std::size_t count, unsigned char a, unsigned char b) noexcept {
+LineStop FindLineStop(const unsigned char* bytes, std::size_t count, unsigned char a, unsigned char b) noexcept {
   return kFind<Compared::Bytes>.Active()(bytes, count, a, b);
 }
 
+std::size_t FindByte(const unsigned char* bytes, std::size_t count, unsigned char a, unsigned char b) noexcept {
+  return FindLineStop(bytes, count, a, b).at;
+}
+
 std::size_t FindUnit(const QXChar* units, std::size_t count, QXChar a, QXChar b) noexcept {
-  return kFind<Compared::Units>.Active()(units, count, a, b);
+  return kFind<Compared::Units>.Active()(units, count, a, b).at;
 }
 
 std::size_t FindLowByte(const QXChar* units, std::size_t count, unsigned char a, unsigned char b) noexcept {
-  return kFind<Compared::LowBytes>.Active()(units, count, a, b);
+  return kFind<Compared::LowBytes>.Active()(units, count, a, b).at;
 }
 
 std::size_t FindByteReference(const unsigned char* bytes, std::size_t count, unsigned char a, unsigned char b) noexcept {
-  return FindFrom<Compared::Bytes>(bytes, 0, count, a, b);
+  return FindFrom<Compared::Bytes>(bytes, 0, count, a, b, 0).at;
 }
 
 std::size_t FindUnitReference(const QXChar* units, std::size_t count, QXChar a, QXChar b) noexcept {
-  return FindFrom<Compared::Units>(units, 0, count, a, b);
+  return FindFrom<Compared::Units>(units, 0, count, a, b, 0).at;
 }
 
 std::size_t FindLowByteReference(const QXChar* units, std::size_t count, unsigned char a, unsigned char b) noexcept {
-  return FindFrom<Compared::LowBytes>(units, 0, count, a, b);
+  return FindFrom<Compared::LowBytes>(units, 0, count, a, b, 0).at;
+}
+
+bool IsAscii(const unsigned char* bytes, std::size_t count) noexcept {
+  if (count < kVector) {
+    return IsAsciiReference(bytes, count);
+  }
+  __m128i all = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + count - kVector));
+  for (std::size_t at = 0; at + kVector < count; at += kVector) {
+    all = _mm_or_si128(all, _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + at)));
+  }
+  return _mm_movemask_epi8(all) == 0;
+}
+
+bool IsAsciiReference(const unsigned char* bytes, std::size_t count) noexcept {
+  unsigned all = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    all |= bytes[i];
+  }
+  return all < 0x80;
+}
+
+void WidenBytes(const unsigned char* bytes, std::size_t count, QXChar* units) noexcept { kWiden.Active()(bytes, count, units); }
+
+void WidenBytesReference(const unsigned char* bytes, std::size_t count, QXChar* units) noexcept {
+  for (std::size_t i = 0; i < count; ++i) {
+    units[i] = static_cast<QXChar>(bytes[i]);
+  }
 }
 
 void LineEndCounter::Add(const unsigned char* bytes, std::size_t count) noexcept {

@@ -1,5 +1,5 @@
-// line_scan.h - the ends of lines in texts of bytes and of 16-bit units, by vector instructions. Nothing outside the ranges is
-// read.
+// line_scan.h - ends of lines in texts of bytes and of 16-bit units, ASCII as units, by vector instructions. Nothing outside the
+// ranges is read.
 #pragma once
 
 #include "qxv/types.h"
@@ -8,7 +8,16 @@
 
 namespace qxv {
 
-/// Index of the first byte that is a or b; count when there is none.
+struct LineStop {
+  std::size_t at;
+  bool ascii;
+};
+
+/// Index of the first byte that is a or b, count when there is none; and whether all bytes looked at are below 0x80, which may be
+/// false for bytes behind the index.
+[[nodiscard]] LineStop FindLineStop(const unsigned char* bytes, std::size_t count, unsigned char a, unsigned char b) noexcept;
+
+/// The index alone.
 [[nodiscard]] std::size_t FindByte(const unsigned char* bytes, std::size_t count, unsigned char a, unsigned char b) noexcept;
 
 /// Index of the first unit that is a or b; count when there is none.
@@ -16,6 +25,12 @@ namespace qxv {
 
 /// Index of the first unit whose low byte is a or b; count when there is none.
 [[nodiscard]] std::size_t FindLowByte(const QXChar* units, std::size_t count, unsigned char a, unsigned char b) noexcept;
+
+/// Whether all bytes are below 0x80.
+[[nodiscard]] bool IsAscii(const unsigned char* bytes, std::size_t count) noexcept;
+
+/// Writes each byte as a unit.
+void WidenBytes(const unsigned char* bytes, std::size_t count, QXChar* units) noexcept;
 
 /// Counts the carriage returns of a text that comes in pieces. What follows a counted one is not looked at.
 class LineEndCounter {
@@ -35,6 +50,8 @@ class LineEndCounter {
                                             unsigned char b) noexcept;
 [[nodiscard]] std::size_t FindUnitReference(const QXChar* units, std::size_t count, QXChar a, QXChar b) noexcept;
 [[nodiscard]] std::size_t FindLowByteReference(const QXChar* units, std::size_t count, unsigned char a, unsigned char b) noexcept;
+[[nodiscard]] bool IsAsciiReference(const unsigned char* bytes, std::size_t count) noexcept;
+void WidenBytesReference(const unsigned char* bytes, std::size_t count, QXChar* units) noexcept;
 [[nodiscard]] std::size_t CountLineEndsReference(const unsigned char* bytes, std::size_t count) noexcept;
 [[nodiscard]] std::size_t CountLineEndsReference(const QXChar* units, std::size_t count) noexcept;
 

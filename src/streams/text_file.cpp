@@ -3,6 +3,7 @@
 
 #include "qxv/text_file.h"
 
+#include "foundation/text_access.h"
 #include "foundation/text_scan.h"
 #include "os/c_stream.h"
 #include "os/code_page.h"
@@ -34,18 +35,11 @@ std::string_view BytesOf(TextView text) noexcept {
   return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(QXChar)};
 }
 
-// A zero unit in the place of another for as long as it lives.
-class Terminator {
- public:
-  explicit Terminator(QXChar& place) noexcept : m_place(place), m_unit(place) { place = 0; }
-  Terminator(const Terminator&) = delete;
-  Terminator& operator=(const Terminator&) = delete;
-  ~Terminator() { m_place = m_unit; }
-
- private:
-  QXChar& m_place;
-  QXChar m_unit;
-};
+// The bytes before the first zero.
+std::string_view BytesOf(const RawLine<unsigned char>& raw) noexcept {
+  const std::string_view bytes(reinterpret_cast<const char*>(raw.units), raw.count);
+  return raw.hasZeros ? bytes.substr(0, bytes.find('\0')) : bytes;
+}
 
 struct SeparatorText {
   QXChar units[2];
@@ -69,20 +63,18 @@ class CQXVtxtRWImpl final : public CQXVtxtRW {
   void Close() override;
 
  private:
-  // A line as the file has it and as callers see it.
   struct Line {
-    TextView text;      // valid until the reader or m_ansiText is used again
-    std::size_t count;  // characters or bytes in the file
-    QXChar* behind;     // the unit behind the text if that is not zero
-    bool any;           // false at the end of the file
+    TextView text;  // as callers see it; valid until the reader or m_ansiText is used again
+    bool any;       // false at the end of the file
   };
 
   bool OpenStream(const char* mode);
   void CloseStream() noexcept;
   std::int64_t DataStart() const noexcept { return m_ansi != 0 ? 0 : sizeof kMark; }
+  template <class Unit>
+  RawLine<Unit> NextRaw();
   Line NextLine();
-  Line NextUnicodeLine();
-  Line NextAnsiLine();
+  TextView TextOf(const RawLine<QXChar>& raw);
   TextView WithoutZeros(const RawLine<QXChar>& raw);
 
   int m_lineIndex = kUnknown;
@@ -162,25 +154,25 @@ TextView CQXVtxtRWImpl::WithoutZeros(const RawLine<QXChar>& raw) {
   return m_withoutZeros;
 }
 
-CQXVtxtRWImpl::Line CQXVtxtRWImpl::NextUnicodeLine() {
-  const RawLine<QXChar> raw = m_reader.Next<QXChar>();
+template <class Unit>
+RawLine<Unit> CQXVtxtRWImpl::NextRaw() {
+  const RawLine<Unit> raw = m_reader.Next<Unit>();
   m_lineIndex = raw.ended ? Next(m_lineIndex) : m_lineIndex;
-  const bool any = raw.ended || raw.count != 0;
-  if (raw.hasZeros) {
-    return {WithoutZeros(raw), raw.count, nullptr, any};
+  return raw;
+}
+
+TextView CQXVtxtRWImpl::TextOf(const RawLine<QXChar>& raw) {
+  return raw.hasZeros ? WithoutZeros(raw) : TextView(raw.units, raw.count);
+}
+
+CQXVtxtRWImpl::Line CQXVtxtRWImpl::NextLine() {
+  if (m_ansi != 0) {
+    const RawLine<unsigned char> raw = NextRaw<unsigned char>();
+    return {m_ansiText.Decode(BytesOf(raw)), raw.ended || raw.count != 0};
   }
-  return {{raw.units, raw.count}, raw.count, raw.units + raw.count, any};
+  const RawLine<QXChar> raw = NextRaw<QXChar>();
+  return {TextOf(raw), raw.ended || raw.count != 0};
 }
-
-CQXVtxtRWImpl::Line CQXVtxtRWImpl::NextAnsiLine() {
-  const RawLine<unsigned char> raw = m_reader.Next<unsigned char>();
-  m_lineIndex = raw.ended ? Next(m_lineIndex) : m_lineIndex;
-  const std::string_view bytes(reinterpret_cast<const char*>(raw.units), raw.count);
-  const TextView text = m_ansiText.Decode(raw.hasZeros ? bytes.substr(0, bytes.find('\0')) : bytes);
-  return {text, raw.count, nullptr, raw.ended || raw.count != 0};
-}
-
-CQXVtxtRWImpl::Line CQXVtxtRWImpl::NextLine() { return m_ansi != 0 ? NextAnsiLine() : NextUnicodeLine(); }
 
 int CQXVtxtRWImpl::ReadLine(CQXString& line) {
   if (m_file == nullptr) {
@@ -190,16 +182,14 @@ int CQXVtxtRWImpl::ReadLine(CQXString& line) {
   const std::int64_t position = m_reader.Position();
   const int index = m_lineIndex;
   try {
-    const Line next = NextLine();
-    if (next.text.empty()) {
-      line.Empty();
-    } else if (next.behind != nullptr) {
-      const Terminator terminator(*next.behind);
-      line = next.text.data();
-    } else {
-      line = next.text.data();
+    if (m_ansi != 0) {
+      const RawLine<unsigned char> raw = NextRaw<unsigned char>();
+      m_ansiText.Decode(BytesOf(raw), raw.ascii, line);
+      return ToInt(raw.count);
     }
-    return ToInt(next.count);
+    const RawLine<QXChar> raw = NextRaw<QXChar>();
+    qxv::AssignText(line, TextOf(raw));
+    return ToInt(raw.count);
   } catch (...) {
     m_reader.Seek(position);
     m_lineIndex = index;

@@ -4,6 +4,7 @@
 
 #include "streams/unicode_ansi_file.h"
 
+#include "foundation/text_access.h"
 #include "os/code_page.h"
 #include "streams/line_scan.h"
 
@@ -158,8 +159,9 @@ unsigned int CQXVUnicodeAnsiFileImpl::PrepareReading() {
 
 // ---- converting
 
-// KEPT: text behind the first zero character is dropped. Pinned by UnicodeAnsiFileConvertKept.ConvertingDropsWhatFollowsAZeroCharacter.
-// KEPT: an open file has the requested encoding, so nothing is written to a target.
+// KEPT: text behind the first zero character is dropped. Pinned by
+// UnicodeAnsiFileConvertKept.ConvertingDropsWhatFollowsAZeroCharacter. KEPT: an open file has the requested encoding, so nothing
+// is written to a target.
 //   Pinned by UnicodeAnsiFileConvertKept.ConvertingAnOpenFileToATargetCreatesNothing.
 unsigned int CQXVUnicodeAnsiFileImpl::Convert(const QXChar* target) {
   const bool anyTarget = CQXString::Length(target) != 0;
@@ -250,28 +252,19 @@ int CQXVUnicodeAnsiFileImpl::ReadLine(CQXString& line) {
 // KEPT: only the low byte of a unit is looked at. Pinned by UnicodeAnsiFileKept.AUnitWithTheLowByteOfALineFeedEndsTheLine and
 //   UnicodeAnsiFileKept.AUnitWithALowByteOfZeroEndsTheLine.
 void CQXVUnicodeAnsiFileImpl::ReadUnicodeLine(CQXString& line) {
-  // Two zero units stand behind the last one, even if that is half a unit.
-  auto* units = reinterpret_cast<QXChar*>(m_copy.bytes.get() + m_cursor);
-  const std::size_t most = (m_copy.size + qxv::FileCopy::kZerosBehind - m_cursor) / sizeof(QXChar) - 1;
-  const std::size_t count = qxv::FindLowByte(units, most, kLineFeed, 0) + 1;
-  const QXChar behind = units[count];
-  units[count] = 0;
-  try {
-    line = units;
-  } catch (...) {
-    units[count] = behind;
-    throw;
-  }
-  units[count] = behind;
-  m_cursor += count * sizeof(QXChar);
+  // Zero units stand behind the last one, even if that is half a unit.
+  const auto* units = reinterpret_cast<const QXChar*>(m_copy.bytes.get() + m_cursor);
+  const std::size_t most = (m_copy.size + qxv::FileCopy::kZerosBehind - m_cursor) / sizeof(QXChar);
+  const std::size_t stop = qxv::FindLowByte(units, most, kLineFeed, 0);
+  qxv::AssignText(line, {units, units[stop] == 0 ? stop : stop + 1});
+  m_cursor += (stop + 1) * sizeof(QXChar);
 }
 
 void CQXVUnicodeAnsiFileImpl::ReadAnsiLine(CQXString& line) {
   const unsigned char* bytes = m_copy.bytes.get() + m_cursor;
-  const std::size_t stop = qxv::FindByte(bytes, m_copy.size + 1 - m_cursor, kLineFeed, 0);
-  const std::size_t count = bytes[stop] == 0 ? stop : stop + 1;
-  line = m_ansiText.Decode({reinterpret_cast<const char*>(bytes), count}).data();
-  m_cursor += stop + 1;
+  const qxv::LineStop stop = qxv::FindLineStop(bytes, m_copy.size + 1 - m_cursor, kLineFeed, 0);
+  m_ansiText.Decode({reinterpret_cast<const char*>(bytes), bytes[stop.at] == 0 ? stop.at : stop.at + 1}, stop.ascii, line);
+  m_cursor += stop.at + 1;
 }
 
 CQXVUnicodeAnsiFile::~CQXVUnicodeAnsiFile() = default;

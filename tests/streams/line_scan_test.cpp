@@ -75,6 +75,31 @@ TEST(LineScan, EveryByteValueIsFoundAndNoOther) {
   });
 }
 
+TEST(LineScan, BytesAreWidenedAndAsciiIsKnownAtEveryLength) {
+  support::ForEachCpuTier([] {
+    for (std::size_t count = 0; count <= kMost; ++count) {
+      Block<unsigned char> bytes(count);
+      Block<QXChar> units(count);
+      for (std::size_t i = 0; i < count; ++i) {
+        bytes.units[i] = static_cast<unsigned char>(i % 0x80);
+      }
+      ASSERT_TRUE(qxv::IsAscii(bytes.units, count)) << count;
+      for (std::size_t at = 0; at < count; ++at) {
+        bytes.units[at] |= 0x80;
+        ASSERT_FALSE(qxv::IsAscii(bytes.units, count)) << at << " of " << count;
+        bytes.units[at] = static_cast<unsigned char>(bytes.units[at] & 0x7F);
+      }
+      for (std::size_t i = 0; i < count; ++i) {
+        bytes.units[i] = static_cast<unsigned char>(i * 7);
+      }
+      qxv::WidenBytes(bytes.units, count, units.units);
+      for (std::size_t i = 0; i < count; ++i) {
+        ASSERT_EQ(units.units[i], static_cast<QXChar>((i * 7) & 0xFF)) << i << " of " << count;
+      }
+    }
+  });
+}
+
 struct Ends {
   const char* text;
   std::size_t count;
