@@ -153,7 +153,9 @@ std::string FindEntry(const std::string& folder, TextView component) {
   return found;
 }
 
-ErrorCode Build(const QXChar* name, bool lastAsGiven, std::string& path) {
+enum class Search { Nothing, AllButTheLast, All };  // components that are looked up ignoring case
+
+ErrorCode Build(const QXChar* name, Search search, std::string& path) {
   Parsed parsed;
   if (const ErrorCode error = Parse(name, parsed); error != kErrorNone) {
     return error;
@@ -171,14 +173,14 @@ ErrorCode Build(const QXChar* name, bool lastAsGiven, std::string& path) {
     asGiven = "/";
   }
   path = asGiven;
-  if (!Exists(asGiven) && errno == ENOENT) {
+  if (search != Search::Nothing && !Exists(asGiven) && errno == ENOENT) {
     path = parsed.base;
     bool missing = false;
     for (std::size_t i = 0; i < parts.size(); ++i) {
       const std::string folder = path;
       path += '/';
       path += parts[i];
-      if (missing || (lastAsGiven && i + 1 == parts.size()) || Exists(path)) {
+      if (missing || (search == Search::AllButTheLast && i + 1 == parts.size()) || Exists(path)) {
         continue;
       }
       const std::string entry = FindEntry(folder, parsed.parts[i]);
@@ -226,9 +228,11 @@ std::vector<Drive> MappedDrives() {
   return drives;
 }
 
-ErrorCode NativePathOf(const QXChar* name, std::string& path) { return Build(name, false /*lastAsGiven*/, path); }
+ErrorCode NativePathOf(const QXChar* name, std::string& path) { return Build(name, Search::All, path); }
 
-ErrorCode NativePathForNew(const QXChar* name, std::string& path) { return Build(name, true /*lastAsGiven*/, path); }
+ErrorCode NativePathForNew(const QXChar* name, std::string& path) { return Build(name, Search::AllButTheLast, path); }
+
+ErrorCode NativePathAsGiven(const QXChar* name, std::string& path) { return Build(name, Search::Nothing, path); }
 
 bool DrivePathOf(std::string_view path, Text& name) {
   if (path.empty() || path[0] != '/' || path.find('\\') != std::string_view::npos) {

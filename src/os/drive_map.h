@@ -39,6 +39,9 @@ std::vector<Drive> MappedDrives();
 /// The same, but the last component stands as it was given: for the new name of a file.
 [[nodiscard]] ErrorCode NativePathForNew(const QXChar* name, std::string& path);
 
+/// The same without a look at the file system: every component stands as it was given.
+[[nodiscard]] ErrorCode NativePathAsGiven(const QXChar* name, std::string& path);
+
 /// An absolute path of the system in drive form (Z:\home\x), by the longest mapping that contains it. False for a path that
 /// cannot be named: not absolute, or with a backslash in a component.
 [[nodiscard]] bool DrivePathOf(std::string_view path, Text& name);
