@@ -79,7 +79,8 @@ class Log {
     State& state = Made();
     const SYSTEMTIME now = os::ReadLocalTime();  // one reading for the name and the stamp: midnight may come between two
     NameFile(state, now);
-    os::Text& block = state.block;  // begins with the head
+    os::Text& block = state.block;
+    block = kLogHead;
     block.resize(kLogHead.size() + kLogNumberRoom);
     const QXChar* const stampEnd = WriteLogStamp(block.data() + kLogHead.size(), now);
     block.resize(static_cast<std::size_t>(stampEnd - block.data()));
@@ -87,7 +88,8 @@ class Log {
     const auto bytes = std::span(reinterpret_cast<const unsigned char*>(block.data()), block.size() * sizeof(QXChar));
     (void)state.file.Append(bytes, kLogHead.size() * sizeof(QXChar));  // nobody is told
     if (block.capacity() > kLargestBlockKept) {
-      os::Text(kLogHead).swap(block);
+      block.clear();
+      block.shrink_to_fit();
     }
   }
 
@@ -100,7 +102,7 @@ class Log {
     os::AppendFile file;  // the day's
     SYSTEMTIME day{};
     bool fileIsNamed = false;
-    os::Text block{kLogHead};  // of the last line, for its room
+    os::Text block;  // of the last line, for its room
   };
 
   static constexpr os::TextView kLineEnd = QXT("\r\n");

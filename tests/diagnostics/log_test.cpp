@@ -233,13 +233,14 @@ TEST_F(Log, LinesOfThreadsStayWholeWhileSettingsChange) {
 }
 
 TEST_F(Log, WithoutMemoryTheLineIsLostAndNothingElse) {
+  const Text large = support::Repeat(QXT('m'), 100000);
   QXVWriteLog(QXT("first"), 100);
   std::size_t refusals = 0;
-  for (bool refused = true; refused;) {
+  for (bool refused = true; refused; refusals += refused ? 1 : 0) {
+    QXVLogSetMainName(QXT("unit"));  // so that the file's name, too, is built anew
     const support::FailAllocation fail(refusals);
-    QXVWriteLog(QXT("without memory"), 100);
+    QXVWriteLog(large.c_str(), 100);
     refused = fail.Refused();
-    refusals += refused ? 1 : 0;
   }
   EXPECT_GE(refusals, 2u);
   const CQXString folder(m_folder.File(QXT("a folder whose text is longer than what a text holds in itself\\")).c_str());
@@ -251,7 +252,7 @@ TEST_F(Log, WithoutMemoryTheLineIsLostAndNothingElse) {
   std::thread other([] { QXVWriteLog(QXT("last"), 100); });  // which would wait for ever for a lock that was not given back
   other.join();
   const Text stamp = QXT("[2009.05.01 18:05:07.045]");
-  EXPECT_EQ(Lines(), Utf16Le(stamp + QXT("first\r\n") + stamp + QXT("without memory\r\n") + stamp + QXT("last\r\n")));
+  EXPECT_EQ(Lines(), Utf16Le(stamp + QXT("first\r\n") + stamp + large + QXT("\r\n") + stamp + QXT("last\r\n")));
 }
 
 TEST_F(Log, NothingIsWrittenBehindTheModulesEnd) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <system_error>
 
 #if defined(_WIN32)
 #include "os/win_api.h"
@@ -31,18 +32,24 @@ const char* ChildArgument() { return std::getenv(kVariable); }
 
 #if defined(_WIN32)
 
-ChildProcess::ChildProcess(const std::string& argument) {
+namespace {
+
+std::filesystem::path ThisProgram() {
   wchar_t program[MAX_PATH];
-  if (::GetModuleFileNameW(nullptr, program, MAX_PATH) >= MAX_PATH) {
-    return;
-  }
+  return ::GetModuleFileNameW(nullptr, program, MAX_PATH) < MAX_PATH ? program : L"";
+}
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::string& argument, const std::filesystem::path& other) {
+  const std::wstring program = (other.empty() ? ThisProgram() : other).wstring();
   const std::string options = " --gtest_brief=1 --gtest_filter=" + CurrentTest();
-  std::wstring command = L"\"" + std::wstring(program) + L"\"" + std::wstring(options.begin(), options.end());
+  std::wstring command = L"\"" + program + L"\"" + std::wstring(options.begin(), options.end());
   ::SetEnvironmentVariableA(kVariable, argument.c_str());
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   PROCESS_INFORMATION process{};
-  if (::CreateProcessW(program, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process)) {
+  if (::CreateProcessW(program.c_str(), command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process)) {
     ::CloseHandle(process.hThread);
     m_process = process.hProcess;
   }
@@ -62,8 +69,14 @@ int ChildProcess::Wait() {
 
 #else
 
-ChildProcess::ChildProcess(const std::string& argument) {
-  std::string program = "/proc/self/exe";
+namespace {
+
+std::filesystem::path ThisProgram() { return std::filesystem::read_symlink("/proc/self/exe"); }
+
+}  // namespace
+
+ChildProcess::ChildProcess(const std::string& argument, const std::filesystem::path& other) {
+  std::string program = (other.empty() ? ThisProgram() : other).string();
   std::string brief = "--gtest_brief=1";
   std::string filter = "--gtest_filter=" + CurrentTest();
   char* arguments[] = {program.data(), brief.data(), filter.data(), nullptr};
@@ -86,6 +99,14 @@ int ChildProcess::Wait() {
 }
 
 #endif
+
+void LinkProgram(const std::filesystem::path& name) {
+  std::error_code failed;
+  std::filesystem::create_hard_link(ThisProgram(), name, failed);
+  if (failed) {  // another file system
+    std::filesystem::copy_file(ThisProgram(), name);
+  }
+}
 
 ChildProcess::~ChildProcess() {
   if (m_process != nullptr) {

@@ -6,6 +6,7 @@
 //   }
 #pragma once
 
+#include <filesystem>
 #include <string>
 
 namespace support {
@@ -13,10 +14,14 @@ namespace support {
 /// The text that the parent gave; null in the parent.
 const char* ChildArgument();
 
-/// The argument is ASCII without quotation marks.
+/// A link to this program (or a copy of it) under another name, so that it runs from another folder.
+void LinkProgram(const std::filesystem::path& name);
+
 class ChildProcess {
  public:
-  explicit ChildProcess(const std::string& argument);
+  /// The argument is ASCII without quotation marks.
+  /// @param program  a link made by LinkProgram, to be run instead of this program
+  explicit ChildProcess(const std::string& argument, const std::filesystem::path& program = {});
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
   ~ChildProcess();
