@@ -1,11 +1,11 @@
 // append.h - blocks added to a file by name: opened, written and closed in as few steps as the system has.
 #pragma once
 
-#include <span>
-#include <string>
-
 #include "os/error.h"
 #include "os/utf.h"
+
+#include <span>
+#include <string>
 
 namespace qxv::os {
 

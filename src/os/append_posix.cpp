@@ -2,14 +2,14 @@
 
 #include "os/append.h"
 
+#include "os/drive_map.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <new>
 #include <string>
-
-#include "os/drive_map.h"
 
 namespace qxv::os {
 namespace {

@@ -2,10 +2,11 @@
 
 #include "os/c_stream.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
 #include "os/drive_map.h"
 #include "os/posix_open.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <new>

@@ -1,18 +1,19 @@
 // append_posix_test.cpp - blocks for devices, FIFOs and dangling links, and locks around a fork.
 
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <atomic>
-#include <thread>
-
 #include "os/append.h"
 #include "os/fork.h"
 #include "support/file_bytes.h"
 #include "support/forked.h"
 #include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <thread>
 
 namespace {
 

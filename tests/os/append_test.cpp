@@ -2,13 +2,13 @@
 
 #include "os/append.h"
 
-#include <gtest/gtest.h>
-
-#include <filesystem>
-
 #include "support/file_bytes.h"
 #include "support/guard_new.h"
 #include "support/temp_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
 
 namespace {
 

@@ -1,9 +1,9 @@
 // utf16_bytes.h - texts as the bytes of a UTF-16 little-endian file.
 #pragma once
 
-#include <string>
-
 #include "support/text.h"
+
+#include <string>
 
 namespace support {
 
