@@ -234,6 +234,23 @@ TEST(BufferFileKept, AWriterThatWentBackKeepsOnlyWhatIsBeforeThePosition) {
   }
 }
 
+TEST(BufferFileKept, TheEndOfAFullBlockLiesOutsideIt) {
+  const TempFolder folder;
+  const Text path = folder.File(QXT("a.bin"));
+  const std::string pattern = Pattern(1024);
+  for (const unsigned int size : {1024u, 1025u}) {
+    SCOPED_TRACE(size);
+    {
+      OpenedFile writer = OpenWriter(path, size);
+      EXPECT_EQ(writer->Write(reinterpret_cast<const unsigned char*>(pattern.data()), 1024), 1024u);
+      EXPECT_EQ(writer->Seek(0, 0), 1);
+      EXPECT_EQ(writer->Write(0x44434241), 4u);
+      EXPECT_EQ(writer->Seek(0, 2), 1);
+    }
+    EXPECT_EQ(ReadBytes(path), size == 1024 ? "ABCD" : "ABCD" + pattern.substr(4));
+  }
+}
+
 TEST(BufferFileKept, WriteErrorsAreNotReported) {
   const TempFolder folder;
   const Text path = folder.File(QXT("a.bin"));
