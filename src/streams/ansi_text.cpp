@@ -4,7 +4,7 @@
 
 #include "foundation/text_access.h"
 #include "os/code_page.h"
-#include "streams/line_scan.h"
+#include "streams/byte_widening.h"
 
 namespace qxv {
 namespace {

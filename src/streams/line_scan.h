@@ -1,4 +1,4 @@
-// line_scan.h - ends of lines in texts of bytes and of 16-bit units, ASCII as units, by vector instructions. Nothing outside the
+// line_scan.h - ends of lines in texts of bytes and of 16-bit units, by vector instructions. Nothing outside the
 // ranges is read.
 #pragma once
 
@@ -26,12 +26,6 @@ struct LineStop {
 /// Index of the first unit whose low byte is a or b; count when there is none.
 [[nodiscard]] std::size_t FindLowByte(const QXChar* units, std::size_t count, unsigned char a, unsigned char b) noexcept;
 
-/// Whether all bytes are below 0x80.
-[[nodiscard]] bool IsAscii(const unsigned char* bytes, std::size_t count) noexcept;
-
-/// Writes each byte as a unit.
-void WidenBytes(const unsigned char* bytes, std::size_t count, QXChar* units) noexcept;
-
 /// Counts the carriage returns of a text that comes in pieces. What follows a counted one is not looked at.
 class LineEndCounter {
  public:
@@ -50,8 +44,6 @@ class LineEndCounter {
                                             unsigned char b) noexcept;
 [[nodiscard]] std::size_t FindUnitReference(const QXChar* units, std::size_t count, QXChar a, QXChar b) noexcept;
 [[nodiscard]] std::size_t FindLowByteReference(const QXChar* units, std::size_t count, unsigned char a, unsigned char b) noexcept;
-[[nodiscard]] bool IsAsciiReference(const unsigned char* bytes, std::size_t count) noexcept;
-void WidenBytesReference(const unsigned char* bytes, std::size_t count, QXChar* units) noexcept;
 [[nodiscard]] std::size_t CountLineEndsReference(const unsigned char* bytes, std::size_t count) noexcept;
 [[nodiscard]] std::size_t CountLineEndsReference(const QXChar* units, std::size_t count) noexcept;
 

@@ -80,6 +80,8 @@ os::ErrorCode CopyFileBytes(HANDLE file, FileCopy& copy) {
   return os::kErrorNone;
 }
 
+// KEPT: text behind the first zero character is dropped.
+//   Pinned by UnicodeAnsiFileConvertKept.ConvertingDropsWhatFollowsAZeroCharacter.
 bool ConvertText(std::span<const unsigned char> bytes, TextEncoding to, std::vector<unsigned char>& converted) {
   return to == TextEncoding::Unicode ? ToUnicode(bytes, converted) : ToAnsi(bytes, converted);
 }

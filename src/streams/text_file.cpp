@@ -225,7 +225,8 @@ int CQXVtxtRWImpl::GetLineCount() {
 
 // KEPT: the result is a difference of line indices, which goes on counting from the file's end to its start and leaves a last
 // line
-//   without an end out. Pinned by TextFileFindKept.FoundLinesAreCountedThroughTheWrap and
+//   without an end out. Pinned by TextFileFindKept.FoundLinesAreCountedThroughTheWrap,
+//   TextFileFindKept.TheSearchFromTheStartReadsTheLineAtThePositionOnceMore and
 //   TextFileFindKept.AMatchInALastLineWithoutAnEndCountsOneLess.
 int CQXVtxtRWImpl::FindLine(const QXChar* text) {
   const auto length = static_cast<std::size_t>(CQXString::Length(text));

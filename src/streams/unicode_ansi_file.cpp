@@ -159,9 +159,7 @@ unsigned int CQXVUnicodeAnsiFileImpl::PrepareReading() {
 
 // ---- converting
 
-// KEPT: text behind the first zero character is dropped. Pinned by
-// UnicodeAnsiFileConvertKept.ConvertingDropsWhatFollowsAZeroCharacter. KEPT: an open file has the requested encoding, so nothing
-// is written to a target.
+// KEPT: an open file has the requested encoding, so nothing is written to a target.
 //   Pinned by UnicodeAnsiFileConvertKept.ConvertingAnOpenFileToATargetCreatesNothing.
 unsigned int CQXVUnicodeAnsiFileImpl::Convert(const QXChar* target) {
   const bool anyTarget = CQXString::Length(target) != 0;

@@ -2,6 +2,7 @@
 
 #include "streams/line_scan.h"
 
+#include "streams/byte_widening.h"
 #include "support/cpu_tier.h"
 #include "support/text.h"
 
