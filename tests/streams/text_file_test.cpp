@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <new>
 #include <string>
 #include <vector>
@@ -81,16 +80,6 @@ TEST_F(TextFile, NothingWorksOnAFileThatCannotBeOpened) {
     m_file->Close();
   }
   EXPECT_FALSE(support::Exists(inNoFolder));
-}
-
-TEST_F(TextFile, AReadOnlyFileCannotBeOpened) {
-  ASSERT_TRUE(WriteBytes(m_name, "a\r\n"));
-  std::filesystem::permissions(support::NativePath(m_name), std::filesystem::perms::owner_read);
-  if (std::ofstream(support::NativePath(m_name), std::ios::app).is_open()) {
-    GTEST_SKIP() << "this user may write read-only files";
-  }
-  EXPECT_EQ(m_file->Open(m_name.c_str()), -1);
-  EXPECT_EQ(Read(), "/0");
 }
 
 TEST_F(TextFile, AFailedOpenClosesWhatWasOpen) {

@@ -7,10 +7,12 @@
 #include "streams/text_bytes.h"
 #include "support/full_disk.h"
 #include "support/temp_folder.h"
+#include "support/unprivileged.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <memory>
 
 namespace {
@@ -65,6 +67,26 @@ TEST(TextFilesPosix, AFullDiskLeavesTheFileAndTellsSo) {
   EXPECT_EQ(lines->WriteLine(QXT("z")), 0) << "no room is left";
   EXPECT_TRUE(ReadBytes(name) == bytes + std::string(static_cast<std::size_t>(count), 'y'));
   lines->Close();
+}
+
+TEST(TextFilesPosix, AFileWithoutTheRightToItIsNotOpened) {
+  const support::TempFolder folder;
+  const Text name = folder.File(QXT("a.txt"));
+  ASSERT_TRUE(support::WriteBytes(name, "a\r\n"));
+  std::filesystem::permissions(folder.Native(), std::filesystem::perms(0755));
+  const TextFilePtr lines(QXV_ConstructTxtRW());
+  const UnicodeAnsiFilePtr file(QXV_ConstructUnicodeAnsiFile());
+  for (const unsigned mode : {0444u, 0000u}) {  // read-only, not even that
+    std::filesystem::permissions(support::NativePath(name), std::filesystem::perms(mode));
+    const support::Unprivileged rights;
+    EXPECT_EQ(lines->Open(name.c_str()), -1) << mode;
+    EXPECT_EQ(lines->WriteLine(QXT("b")), 0) << mode;
+    for (const unsigned flags : {1u, 2u, 17u, 34u}) {  // reading too asks for the right to write
+      EXPECT_EQ(file->Open(name.c_str(), EQXV_ENCODING_UNICODE, flags), 5u) << mode << " " << flags;
+    }
+  }
+  std::filesystem::permissions(support::NativePath(name), std::filesystem::perms(0644));
+  EXPECT_EQ(ReadBytes(name), "a\r\n");
 }
 
 TEST(TextFilesPosix, ADeviceThatIsAlwaysFullTakesNothingAndHasNoLines) {
