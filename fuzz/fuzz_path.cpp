@@ -4,12 +4,12 @@
 
 #include "qxv/path.h"
 
-#include "support/temp_folder.h"
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <random>
 #include <string>
 
 namespace {
@@ -51,6 +51,18 @@ void Existence(const Text& text) {
   Require(QXVXHFileSize(string) >= 0);
 }
 
+// A folder of this run's own, in drive form with a backslash at its end.
+struct OwnFolder {
+  OwnFolder() { std::filesystem::create_directories(native); }
+  OwnFolder(const OwnFolder&) = delete;
+  OwnFolder& operator=(const OwnFolder&) = delete;
+  ~OwnFolder() { std::filesystem::remove_all(native); }
+
+  std::filesystem::path native =
+      std::filesystem::temp_directory_path() / ("qxv-fuzz-path-" + std::to_string(std::random_device()()));
+  Text name = QXT("Z:") + native.u16string() + QXT("\\");
+};
+
 // Folders below the temporary one: four characters of the alphabet stand in two bits each.
 void Folders(const Text& start, const std::uint8_t* data, std::size_t size) {
   static constexpr QXChar kAlphabet[] = QXT("ab\\/");
@@ -66,7 +78,7 @@ void Folders(const Text& start, const std::uint8_t* data, std::size_t size) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const support::TempFolder folder;
+  static const OwnFolder folder;
   Text units(size / sizeof(QXChar), 0);
   std::memcpy(units.data(), data, units.size() * sizeof(QXChar));
   const Text text(units.c_str());
@@ -75,6 +87,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const Text narrow = Text(data, data + size).c_str();
   Parts(narrow);
   Existence(narrow);
-  Folders(folder.Path(), data, size);
+  Folders(folder.name, data, size);
   return 0;
 }

@@ -7,6 +7,7 @@
 #include "qxv/guid.h"
 #include "qxv/module.h"
 #include "qxv/string.h"
+#include "qxv/trace.h"
 #include "qxv/types.h"
 
 #include <gtest/gtest.h>
@@ -15,6 +16,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <string>
 #include <type_traits>
 
 namespace {
@@ -171,6 +173,24 @@ TEST(ObjectLayout, TheDestructorStandsInTheFirstSlots) {
   void** table = *reinterpret_cast<void***>(probe);
   reinterpret_cast<Deleting>(table[1])(probe);  // 0 destroys, 1 destroys and frees
   EXPECT_EQ(destroyed, 1);
+}
+
+// ---- trace.h: name, number; the threshold is one signed 32-bit word outside
+
+static_assert(sizeof(CQXVTraceInner) == 16 && !std::is_polymorphic_v<CQXVTraceInner>);
+static_assert(std::is_same_v<decltype(CQXVTraceInner::m_nLevel), int> && sizeof(int) == 4);
+
+TEST(TraceLayout, NameThenNumber) {
+  const CQXVTraceInner trace(QXT("ab"), -7);
+  struct {
+    const QXChar* name;
+    std::int32_t number;
+    std::int32_t padding;
+  } fields;
+  static_assert(sizeof fields == sizeof trace);
+  std::memcpy(&fields, static_cast<const void*>(&trace), sizeof fields);
+  EXPECT_EQ(std::basic_string<QXChar>(fields.name), QXT("ab"));
+  EXPECT_EQ(fields.number, -7);
 }
 
 }  // namespace

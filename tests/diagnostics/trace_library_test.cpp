@@ -5,10 +5,13 @@
 #include "qxv/log.h"
 #include "qxv/path.h"
 #include "support/debugger_channel.h"
+#include "support/temp_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -71,17 +74,42 @@ struct LastWords {
   ~LastWords() {
     if (speak) {
       const CQXVTraceInner trace(QXT("late"), 1);
-      trace(0, QXT("destructors run"));
-      QXVWriteLog(QXT("destructors run"), 99);  // below the level: nothing is written
-      QXVLogSetMainName(QXT("late"));
+      trace(0, QXT("traced by a destructor"));
+      QXVWriteLog(QXT("logged by a destructor"), 100);
+      QXVLogSetMainName(QXT("later"));
+      std::fputs("the destructor came to its end\n", stderr);
     }
   }
   bool speak = false;
 } lastWords;
 
+// Files beside the program whose name begins so.
+std::vector<std::filesystem::path> LogsNamed(const std::string& mainName) {
+  std::vector<std::filesystem::path> logs;
+  const std::basic_string<QXChar> folder = static_cast<const QXChar*>(QXVGetCurrentPath());
+  for (const auto& entry : std::filesystem::directory_iterator(support::NativePath(folder))) {
+    if (entry.path().filename().string().starts_with(mainName)) {
+      logs.push_back(entry.path());
+    }
+  }
+  return logs;
+}
+
 TEST(TraceLibrary, DestructorsOfTheApplicationMayCall) {
-  lastWords.speak = true;
-  QXVLogSetPath(QXVGetCurrentPath());  // so that the log has something to free
+  for (const auto& log : LogsNamed("late_words_")) {
+    std::filesystem::remove(log);
+  }
+  EXPECT_EXIT(
+      {
+        QXVLogSetMainName(QXT("late_words"));
+        lastWords.speak = true;
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "the destructor came to its end");
+  const auto logs = LogsNamed("late_words_");
+  ASSERT_EQ(logs.size(), 1u);
+  EXPECT_EQ(std::filesystem::file_size(logs[0]) / 100, 1u) << "head, stamp and message";  // 50 + 2 * (23 to 25) + 44 + 4 bytes
+  std::filesystem::remove(logs[0]);
 }
 
 }  // namespace
