@@ -7,8 +7,8 @@
 
 #include "diagnostics/log_text.h"
 #include "foundation/module.h"
+#include "foundation/text_scan.h"
 #include "os/append.h"
-#include "os/c_runtime.h"
 #include "os/clock.h"
 #include "os/fork.h"
 #include "os/lock.h"
@@ -72,7 +72,7 @@ class Log {
   }
   void SetLevel(int level) noexcept { m_level = level; }
 
-  void Write(os::TextView message, int level) {
+  void Write(const QXChar* message, int level) {
     if (level < m_level) {
       return;
     }
@@ -84,7 +84,10 @@ class Log {
     block.resize(kLogHead.size() + kLogNumberRoom);
     const QXChar* const stampEnd = WriteLogStamp(block.data() + kLogHead.size(), now);
     block.resize(static_cast<std::size_t>(stampEnd - block.data()));
-    block.append(message).append(kLineEnd);
+    if (message != nullptr) {
+      block.append(message, ScanLength(message));
+    }
+    block.append(kLineEnd);
     const auto bytes = std::span(reinterpret_cast<const unsigned char*>(block.data()), block.size() * sizeof(QXChar));
     (void)state.file.Append(bytes, kLogHead.size() * sizeof(QXChar));  // nobody is told
     if (block.capacity() > kLargestBlockKept) {
@@ -162,5 +165,5 @@ void QXVLogSetWriteLevel(int level) noexcept {
 }
 
 void QXVWriteLog(const QXChar* message, int level) noexcept {
-  theLog.Do([&](Log& log) { log.Write(os::TextView(message == nullptr ? QXT("") : message), level); });
+  theLog.Do([&](Log& log) { log.Write(message, level); });
 }
