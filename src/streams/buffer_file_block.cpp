@@ -196,8 +196,8 @@ std::uint64_t BufferFileBlock::BytesLeft() const noexcept {
   if (!IsReader()) {
     return 0;
   }
-  const std::int64_t left = m_length - std::max<std::int64_t>(m_base, 0) - m_position;
-  return left > 0 ? static_cast<std::uint64_t>(left) : 0;
+  const std::int64_t place = AddClamped(m_base, m_position);
+  return place >= 0 && place < m_length ? static_cast<std::uint64_t>(m_length - place) : 0;
 }
 
 // The next value in the block. Only for what lies inside the file.

@@ -39,7 +39,7 @@ class BufferFileBlock {
   /// As single writes would put them; to an open writer only.
   void WriteRun(const void* values, std::size_t count, std::uint32_t valueBytes) noexcept;
 
-  /// Bytes from the position to the end of a reader's file.
+  /// Bytes from the position to the end of a reader's file; none before its start, where an unchecked seek may lead.
   std::uint64_t BytesLeft() const noexcept;
 
   std::uint32_t Size() const noexcept { return m_size; }

@@ -266,6 +266,20 @@ TEST(BufferFileMalformed, PlacesFarOutsideReadNothingAndHoldNothingUp) {
   }
 }
 
+TEST(BufferFileMalformed, BeforeTheStartTextsAndArraysHaveNoBytes) {
+  const TempFolder folder;
+  const Text path = folder.File(QXT("a.bin"));
+  ASSERT_TRUE(WriteBytes(path, Bytes({40, 0, 0, 0}) + std::string(2000, 'x')));
+  OpenedFile reader = OpenReader(path);
+  EXPECT_EQ(reader->Seek(-1000000, 7), 1);
+  CQXString text(QXT("old"));
+  EXPECT_EQ(reader->Read(text), 44u) << "single values are read where the file stands";
+  EXPECT_EQ(TextOf(text), QXT(""));
+  char next = 0;
+  EXPECT_EQ(reader->Read(next), 1u);
+  EXPECT_EQ(next, 'x');
+}
+
 TEST(BufferFileMalformed, AGapLeftByAWriterIsZero) {
   const TempFolder folder;
   const Text path = folder.File(QXT("a.bin"));

@@ -177,8 +177,8 @@ class BufferFileModel {
   static std::int64_t Clamped(Sum value) { return value > INT64_MAX ? INT64_MAX : static_cast<std::int64_t>(value); }
 
   std::uint64_t Left() const {
-    const Sum left = Wide(m_length) - std::max<std::int64_t>(m_base, 0) - m_position;
-    return left > 0 ? static_cast<std::uint64_t>(left) : 0;
+    const Sum place = Wide(m_base) + m_position;
+    return place >= 0 && place < m_length ? static_cast<std::uint64_t>(m_length - place) : 0;
   }
 
   void Fill(std::uint32_t keep) {
