@@ -57,8 +57,8 @@ bench::Job LogJob(const char* size, std::size_t characters) {
     }
   };
   bench::Job job{"log line", size, ours, {}, std::nullopt, bench::Clock::Wall};
-  job.peers.push_back({"open, seek, write, close", [turn] { turn(true); }, 1 / 1.1});
-  job.peers.push_back({"open, write, close", [turn] { turn(false); }});
+  job.peers.push_back({"open, seek, write, close", [turn] { turn(true); }});
+  job.peers.push_back({"open, write, close", [turn] { turn(false); }, 1 / 1.1});
   job.peers.push_back({"fopen, fwrite, fclose", stream});
   return job;
 }
