@@ -29,6 +29,7 @@ class CQXArray {
   CQXArray() noexcept : m_pData(nullptr), m_nSize(0), m_nAllocated(0), m_nGrowBy(0) {}
 
   /// Element by element, with the same size and grow-by.
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the constructor that it delegates to does
   CQXArray(const CQXArray& other) : CQXArray() {
     m_nGrowBy = other.m_nGrowBy;
     if (other.m_nSize > 0) {
@@ -92,7 +93,8 @@ class CQXArray {
     const T& source = value;
     if (m_nSize == m_nAllocated && !std::less<>()(&source, static_cast<const T*>(m_pData)) &&
         std::less<>()(&source, static_cast<const T*>(m_pData + m_nSize))) {
-      const T copy(source);  // growing moves the element away
+      // Growing moves the element away. NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+      const T copy(source);
       return Append(copy);
     }
     return Append(source);

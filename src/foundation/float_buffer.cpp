@@ -44,7 +44,7 @@ void CQXVFloatBuffer::Grow(int nExtra) {
   if (nExtra > INT_MAX - m_nCapacity) {
     throw std::bad_alloc();
   }
-  auto ring = std::make_unique_for_overwrite<float[]>(static_cast<std::size_t>(m_nCapacity + nExtra));
+  auto ring = std::make_unique_for_overwrite<float[]>(static_cast<std::size_t>(m_nCapacity) + static_cast<std::size_t>(nExtra));
   CopyOut(m_pData, m_nCapacity, m_nRead, m_nCount, ring.get());
   delete[] m_pData;
   m_pData = ring.release();

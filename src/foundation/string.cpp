@@ -158,6 +158,7 @@ CQXString::~CQXString() {
   m_pText = nullptr;
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the operator that it calls compares the buffers
 CQXString& CQXString::operator=(const CQXString& other) { return *this = static_cast<const QXChar*>(other.m_pText); }
 
 CQXString& CQXString::operator=(const QXChar* pText) {

@@ -15,7 +15,7 @@ namespace qxv::os {
 /// A recursive lock. It is constant-initialised and has nothing to destroy, so it works before the first constructor and after
 /// the last destructor of the program, and under the loader's lock. May be held across a fork when the handlers take and release
 /// it (pthread_atfork: Lock, Unlock, Unlock): the child's thread is the owner that the parent's was.
-class RecursiveLock {
+class RecursiveLock {  // NOLINT(cppcoreguidelines-special-member-functions): nothing to destroy
  public:
   constexpr RecursiveLock() noexcept = default;
   RecursiveLock(const RecursiveLock&) = delete;
