@@ -30,6 +30,13 @@ class RecursiveLock {  // NOLINT(cppcoreguidelines-special-member-functions): no
   void ResetAfterFork() noexcept;
 
  private:
+  // The system's plain lock; who owns it and how often stands above it, in lock.cpp.
+  static std::uintptr_t CurrentThread() noexcept;
+  void LockNative() noexcept;
+  [[nodiscard]] bool TryLockNative() noexcept;
+  void UnlockNative() noexcept;
+  void ResetNative() noexcept;
+
 #if defined(_WIN32)
   SRWLOCK m_native = SRWLOCK_INIT;
 #else
