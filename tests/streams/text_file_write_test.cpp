@@ -173,6 +173,16 @@ TEST_F(TextFile, ClearThatCannotOpenTheFileAgainLeavesTheObjectClosed) {
   m_file->Clear();
 }
 
+TEST_F(TextFile, AssigningAnotherLeavesBothAsTheyAre) {
+  ASSERT_EQ(OpenWith("a\r\n"), 0);
+  CQXVtxtRW* closed = QXV_ConstructTxtRW();
+  *closed = *m_file;
+  EXPECT_EQ(closed->GetLineCount(), -1) << "still without a file";
+  *m_file = *closed;
+  EXPECT_EQ(m_file->GetLineCount(), 2) << "still with its own: one line end";
+  QXV_DeleteTxtRW(closed);
+}
+
 TEST(TextFileObject, CopiesAndReleaseFollowTheFactoryPattern) {
   CQXVtxtRW* file = QXV_ConstructTxtRW();
   ASSERT_NE(file, nullptr);
