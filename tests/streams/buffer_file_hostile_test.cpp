@@ -23,9 +23,6 @@ using support::Text;
 using support::TextOf;
 using support::WriteBytes;
 
-template <class T>
-using Array = CQXArray<T, T&>;
-
 constexpr QXInt64 kHighest = INT64_MAX;
 constexpr QXInt64 kLowest = INT64_MIN;
 

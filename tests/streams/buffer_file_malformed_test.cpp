@@ -21,9 +21,6 @@ using support::Text;
 using support::TextOf;
 using support::WriteBytes;
 
-template <class T>
-using Array = CQXArray<T, T&>;
-
 TEST(BufferFileMalformed, ATextOf4GibibytesIn12BytesEndsWhereTheFileEnds) {
   const TempFolder folder;
   const Text path = folder.File(QXT("a.bin"));

@@ -21,9 +21,6 @@ using support::Text;
 using support::TextOf;
 using support::WriteBytes;
 
-template <class T>
-using Array = CQXArray<T, T&>;
-
 // Writes the value, compares the file, reads it back.
 template <class Value, class Same>
 void ExpectImage(const char* name, const Value& value, const std::string& expected, Same same) {

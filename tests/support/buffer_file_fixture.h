@@ -14,6 +14,9 @@
 
 namespace streams_test {
 
+template <class T>
+using Array = CQXArray<T, T&>;
+
 using BufferFile = qxv::Owned<CQXVBufferFileRW>;
 
 /// From the factory, reset.
