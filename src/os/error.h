@@ -28,8 +28,13 @@ inline constexpr ErrorCode kErrorFolderNotEmpty = 145;
 inline constexpr ErrorCode kErrorBadPathName = 161;
 inline constexpr ErrorCode kErrorAlreadyExists = 183;
 inline constexpr ErrorCode kErrorFileTooLarge = 223;
+inline constexpr ErrorCode kErrorMoreData = 234;  // the buffer is too small
+inline constexpr ErrorCode kErrorNoMoreItems = 259;
 inline constexpr ErrorCode kErrorNotAFolder = 267;
 inline constexpr ErrorCode kErrorEmptyFile = 1006;  // nothing to map
+inline constexpr ErrorCode kErrorBadKey = 1010;
+inline constexpr ErrorCode kErrorRegistryDamaged = 1015;
+inline constexpr ErrorCode kErrorKeyDeleted = 1018;
 
 /// The number that stands for an errno value of this system; 31 for the ones without a counterpart.
 ErrorCode ErrorFromErrno(int error) noexcept;
