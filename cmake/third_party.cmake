@@ -13,3 +13,6 @@ macro(qxv_find package)
 endmacro()
 
 qxv_find(JPEG) # JPEG::JPEG
+if(NOT WIN32)
+  qxv_find(SQLite3) # SQLite::SQLite3, the registry's store
+endif()

@@ -13,6 +13,7 @@
 #include "qxv/log.h"
 #include "qxv/module.h"
 #include "qxv/path.h"
+#include "qxv/registry.h"
 #include "qxv/stream_buffer.h"
 #include "qxv/string.h"
 #include "qxv/text_file.h"

@@ -1,10 +1,10 @@
 // registry.h - keys and values below the registry's roots. On Linux they stand in a store of ours (docs/porting.md).
 //
 // Every function gives 0 or a Windows error number (os/error.h): 2 for a key or value that does not exist, 5 for what the access
-// asked for at opening does not allow or the store refuses, 6 for a handle that is not open, 87 for a name that no key can have
-// (a component above 255 units, a value name above 16,383), 234 for a buffer too small, 259 behind the last item, 1018 for a key
-// deleted meanwhile, 1015 for a store that is damaged. On failure the outputs stay as they were unless said otherwise.
-// Names are compared ignoring case. Lack of memory throws std::bad_alloc.
+// asked for at opening does not allow or the store refuses, 6 for a handle that is not open, 87 for a name that no key or value
+// can have (registry_name.h), 234 for a buffer too small, 259 behind the last item, 1018 for a key deleted meanwhile, 1015 for a
+// store that is damaged. On failure the outputs stay as they were unless said otherwise.
+// Names are compared ignoring case. Any thread may call. Lack of memory throws std::bad_alloc.
 #pragma once
 
 #include "os/error.h"
@@ -28,7 +28,6 @@ inline constexpr std::uint32_t kRegistryNumber64 = 11;  // REG_QWORD
 /// What a key is opened for; the sum of these.
 inline constexpr std::uint32_t kRegistryQueryValues = 0x1;
 inline constexpr std::uint32_t kRegistrySetValues = 0x2;
-inline constexpr std::uint32_t kRegistryCreateKeys = 0x4;
 inline constexpr std::uint32_t kRegistryListKeys = 0x8;
 inline constexpr std::uint32_t kRegistryRead = 0x20019;        // query values, list keys
 inline constexpr std::uint32_t kRegistryFullAccess = 0xF003F;  // 5 where the store may not be written
@@ -59,6 +58,7 @@ ErrorCode CloseRegistryKey(HKEY key) noexcept;
 [[nodiscard]] ErrorCode DeleteRegistryValue(HKEY key, const QXChar* name);
 
 /// The value at an index from 0 on, 259 behind the last one. The order is the system's; it holds while nothing changes.
+/// Beside 234 the outputs are undefined.
 /// @param name receives the name and its terminator; 234 when it has no room
 /// @param data as QueryRegistryValue; size and type too
 [[nodiscard]] ErrorCode EnumRegistryValue(HKEY key, std::uint32_t index, std::span<QXChar> name, std::uint32_t& type,

@@ -1,0 +1,1 @@
+// registry_functions_test.cpp

@@ -1,0 +1,1 @@
+// registry_malformed_test.cpp

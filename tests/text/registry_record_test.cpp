@@ -1,0 +1,1 @@
+// registry_record_test.cpp

@@ -1,0 +1,1 @@
+// registry_store_test.cpp
