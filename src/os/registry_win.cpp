@@ -14,11 +14,28 @@ namespace {
 
 ErrorCode CodeOf(LSTATUS status) noexcept { return static_cast<ErrorCode>(status); }
 
-// The size that a call is told; buffers of 4 GiB and more are not needed for any value.
-DWORD RoomOf(std::span<unsigned char> data) noexcept {
-  constexpr std::size_t kMost = std::numeric_limits<DWORD>::max();
-  return static_cast<DWORD>(data.size() < kMost ? data.size() : kMost);
-}
+/// The caller's buffer as a call sees it. Of one byte it is a larger one here: Wine ends a text of one byte with a whole unit,
+/// whatever room there is.
+class Room {
+ public:
+  explicit Room(std::span<unsigned char> data) noexcept : m_data(data) {}
+
+  unsigned char* Data() noexcept { return m_data.size() == 1 ? m_spare : m_data.data(); }
+  DWORD Size() const noexcept {  // no value needs 4 GiB
+    constexpr std::size_t kMost = std::numeric_limits<DWORD>::max();
+    return static_cast<DWORD>(m_data.size() < kMost ? m_data.size() : kMost);
+  }
+  /// After a call that succeeded.
+  void Deliver() noexcept {
+    if (m_data.size() == 1) {
+      m_data[0] = m_spare[0];
+    }
+  }
+
+ private:
+  std::span<unsigned char> m_data;
+  unsigned char m_spare[2 * sizeof(QXChar)] = {};
+};
 
 bool IsText(std::uint32_t type) noexcept {
   return type == kRegistryText || type == kRegistryExpandText || type == kRegistryMultiText;
@@ -64,8 +81,12 @@ ErrorCode QueryRegistryValue(HKEY key, const QXChar* name, std::uint32_t& type, 
     return error;
   }
   DWORD foundType = 0;
-  DWORD foundSize = RoomOf(data);
-  const LSTATUS status = ::RegQueryValueExW(key, name, nullptr /*reserved*/, &foundType, data.data(), &foundSize);
+  Room room(data);
+  DWORD foundSize = room.Size();
+  const LSTATUS status = ::RegQueryValueExW(key, name, nullptr /*reserved*/, &foundType, room.Data(), &foundSize);
+  if (status == ERROR_SUCCESS) {
+    room.Deliver();
+  }
   if (status == ERROR_SUCCESS || status == ERROR_MORE_DATA) {
     type = foundType;
     size = foundSize;
@@ -99,10 +120,12 @@ ErrorCode EnumRegistryValue(HKEY key, std::uint32_t index, std::span<QXChar> nam
                             std::span<unsigned char> data, std::uint32_t& size) {
   auto nameRoom = static_cast<DWORD>(name.size());
   DWORD foundType = 0;
-  DWORD foundSize = RoomOf(data);
+  Room room(data);
+  DWORD foundSize = room.Size();
   const LSTATUS status =
-      ::RegEnumValueW(key, index, name.data(), &nameRoom, nullptr /*reserved*/, &foundType, data.data(), &foundSize);
+      ::RegEnumValueW(key, index, name.data(), &nameRoom, nullptr /*reserved*/, &foundType, room.Data(), &foundSize);
   if (status == ERROR_SUCCESS) {
+    room.Deliver();
     type = foundType;
     size = foundSize;
   }

@@ -6,6 +6,7 @@
 #include "qxv/float_buffer.h"
 #include "qxv/guid.h"
 #include "qxv/module.h"
+#include "qxv/registry.h"
 #include "qxv/string.h"
 #include "qxv/trace.h"
 #include "qxv/types.h"
@@ -173,6 +174,21 @@ TEST(ObjectLayout, TheDestructorStandsInTheFirstSlots) {
   void** table = *reinterpret_cast<void***>(probe);
   reinterpret_cast<Deleting>(table[1])(probe);  // 0 destroys, 1 destroys and frees
   EXPECT_EQ(destroyed, 1);
+}
+
+// ---- registry.h: virtual table, key handle; only the destructor is virtual
+
+static_assert(sizeof(CQXVRegister) == 16 && std::has_virtual_destructor_v<CQXVRegister>);
+
+TEST(RegisterLayout, ANewOneHasNoKeyBehindItsVirtualTable) {
+  const CQXVRegister subject;
+  struct {
+    const void* table;
+    HKEY key;
+  } fields;
+  static_assert(sizeof fields == sizeof subject);
+  std::memcpy(&fields, static_cast<const void*>(&subject), sizeof fields);
+  EXPECT_EQ(fields.key, nullptr);
 }
 
 // ---- trace.h: name, number; the threshold is one signed 32-bit word outside

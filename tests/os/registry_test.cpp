@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -211,6 +212,25 @@ TEST_F(Registry, ASmallBufferIsToldTheSize) {
   EXPECT_EQ(QueryRegistryValue(m_key.Key(), QXT("v"), type, {}, size), 0u);
   EXPECT_EQ(QueryRegistryValue(m_key.Key(), QXT("v"), type, data, size), 0u);
   EXPECT_EQ(std::memcmp(data, "12345", 5), 0);
+}
+
+TEST_F(Registry, NothingIsWrittenBehindTheBuffer) {
+  for (const std::uint32_t type : {kRegistryText, kRegistryExpandText, kRegistryMultiText, kRegistryBinary}) {
+    for (std::size_t size = 0; size < 10; ++size) {
+      ASSERT_EQ(Set(QXT("v"), type, std::string("abcdefghi").substr(0, size)), 0u);
+      const std::unique_ptr<unsigned char[]> exact(new unsigned char[size]);  // ends at a page that cannot be written
+      std::uint32_t foundType = 0;
+      std::uint32_t foundSize = 99;
+      EXPECT_EQ(QueryRegistryValue(m_key.Key(), QXT("v"), foundType, {exact.get(), size}, foundSize), 0u);
+      EXPECT_EQ(foundSize, size);
+      EXPECT_EQ(std::memcmp(exact.get(), "abcdefghi", size), 0) << type << " of " << size;
+      std::memset(exact.get(), 'x', size);
+      QXChar name[8];
+      EXPECT_EQ(EnumRegistryValue(m_key.Key(), 0, name, foundType, {exact.get(), size}, foundSize), 0u);
+      EXPECT_EQ(foundSize, size);
+      EXPECT_EQ(std::memcmp(exact.get(), "abcdefghi", size), 0) << type << " of " << size;
+    }
+  }
 }
 
 TEST_F(Registry, ALargeValueComesBackWhole) {
