@@ -2,6 +2,7 @@
 // What must hold: a code as a plain reading of the format finds it, a target that changes with success only, and a record written
 // from what was read that reads the same again.
 
+#include "foundation/status.h"
 #include "fuzz/fuzz_input.h"
 #include "text/registry_record.h"
 
@@ -25,25 +26,25 @@ std::int64_t SignedAt(const Bytes& bytes, std::size_t at) {
 // The code of a record of texts, or of elements of a size, found by walking over it with wide numbers.
 std::uint32_t ExpectedCode(const Bytes& bytes, std::int64_t elementSize) {
   if (bytes.size() < 4) {
-    return 0x89601A44;
+    return qxv::kStatusRegistryBadValue;
   }
   const std::int64_t count = SignedAt(bytes, 0);
   if (count < 0) {
-    return 0xFFFFFFFF;
+    return qxv::kStatusRegistryNegativeCount;
   }
   const auto size = static_cast<std::int64_t>(bytes.size());
   if (elementSize > 0) {
-    return 4 + count * elementSize <= size ? 0 : 0x89601A44;
+    return 4 + count * elementSize <= size ? 0 : qxv::kStatusRegistryBadValue;
   }
   std::int64_t at = 4;
   for (std::int64_t i = 0; i < count; ++i) {
     if (at + 4 > size) {
-      return 0x89601A44;
+      return qxv::kStatusRegistryBadValue;
     }
     const std::int64_t units = SignedAt(bytes, static_cast<std::size_t>(at));
     at += 4 + (units > 0 ? 2 * units : 0);
     if (at > size) {
-      return 0x89601A44;
+      return qxv::kStatusRegistryBadValue;
     }
   }
   return 0;
@@ -51,13 +52,13 @@ std::uint32_t ExpectedCode(const Bytes& bytes, std::int64_t elementSize) {
 
 std::uint32_t ExpectedCoordinates(const Bytes& bytes, std::int64_t number) {
   if (bytes.size() < 4) {
-    return 0x89601A44;
+    return qxv::kStatusRegistryBadValue;
   }
   const std::int64_t count = SignedAt(bytes, 0);
   if (count < 0) {
-    return 0xFFFFFFFF;
+    return qxv::kStatusRegistryNegativeCount;
   }
-  return count != number ? 0x89601A47 : ExpectedCode(bytes, 4);
+  return count != number ? qxv::kStatusRegistryBadElementCount : ExpectedCode(bytes, 4);
 }
 
 std::string ImageOf(const qxv::TextArray& texts) {

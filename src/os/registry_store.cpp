@@ -144,6 +144,7 @@ class Transaction {
 
  private:
   [[nodiscard]] ErrorCode Open(const std::string& store, int flags);
+  [[nodiscard]] ErrorCode Begin(const std::string& store, int flags, const char* sql, bool& isEmpty);
   [[nodiscard]] ErrorCode Recognise(const std::string& store, bool& isEmpty) const;
   [[nodiscard]] ErrorCode Run(const char* sql) const { return ErrorOf(sqlite3_exec(m_database, sql, nullptr, nullptr, nullptr)); }
 
@@ -182,22 +183,23 @@ ErrorCode Transaction::Recognise(const std::string& store, bool& isEmpty) const 
   return isEmpty || (application == kApplication && version == kVersion) ? kErrorNone : kErrorRegistryDamaged;
 }
 
+ErrorCode Transaction::Begin(const std::string& store, int flags, const char* sql, bool& isEmpty) {
+  ErrorCode error = Open(store, flags);
+  if (error == kErrorNone) {
+    error = Run(sql);
+  }
+  return error == kErrorNone ? Recognise(store, isEmpty) : error;
+}
+
 ErrorCode Transaction::BeginReading(const std::string& store, bool& exists) {
   std::uint64_t size = 0;
   ErrorCode error = LookAtStore(store, exists, size);
-  if (error != kErrorNone || !exists) {
-    return error;
+  if (error == kErrorNone && exists) {
+    // For writing where that is allowed: what a killed writer left half-done is taken back by whoever comes next.
+    bool isEmpty = false;
+    error = Begin(store, SQLITE_OPEN_READWRITE, "BEGIN", isEmpty);
+    exists = !isEmpty;
   }
-  // For writing where that is allowed: what a killed writer left half-done is taken back by whoever comes next.
-  error = Open(store, SQLITE_OPEN_READWRITE);
-  if (error == kErrorNone) {
-    error = Run("BEGIN");
-  }
-  bool isEmpty = false;
-  if (error == kErrorNone) {
-    error = Recognise(store, isEmpty);
-  }
-  exists = !isEmpty;
   return error;
 }
 
@@ -208,15 +210,9 @@ ErrorCode Transaction::BeginWriting(const std::string& store) {
   if (error == kErrorNone && !exists) {
     error = MakeStoreFolder(store);
   }
-  if (error == kErrorNone) {
-    error = Open(store, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-  }
-  if (error == kErrorNone) {
-    error = Run("BEGIN IMMEDIATE");
-  }
   bool isEmpty = false;
   if (error == kErrorNone) {
-    error = Recognise(store, isEmpty);
+    error = Begin(store, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, "BEGIN IMMEDIATE", isEmpty);
   }
   return error == kErrorNone && isEmpty ? Run(kSchema) : error;
 }
