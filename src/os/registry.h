@@ -72,6 +72,8 @@ class RegistryKey {
  public:
   RegistryKey() noexcept = default;
   explicit RegistryKey(HKEY adopted) noexcept : m_key(adopted) {}
+  RegistryKey(const RegistryKey&) = delete;
+  RegistryKey& operator=(const RegistryKey&) = delete;
   RegistryKey(RegistryKey&& other) noexcept : m_key(other.Release()) {}
   RegistryKey& operator=(RegistryKey&& other) noexcept {
     if (this != &other) {

@@ -59,7 +59,7 @@ ErrorCode FindRegistryStore(std::string& store) {
 }
 
 ErrorCode LookAtStore(const std::string& store, bool& exists, std::uint64_t& size) {
-  struct stat status;
+  struct stat status {};
   exists = ::stat(store.c_str(), &status) == 0;
   if (exists) {
     size = static_cast<std::uint64_t>(status.st_size);

@@ -23,10 +23,6 @@ CQXString WithoutBlanks(const CQXString& text) {
   return CQXString(first, length);
 }
 
-os::ErrorCode OpenOrCreate(HKEY root, const CQXString& subkey, os::RegistryKey& key, bool& created) {
-  return key.Create(root, WithoutBlanks(subkey), os::kRegistryFullAccess, created);
-}
-
 /// Reads a value that exists, else stores the default.
 /// @param read  takes a key, true when it gave the value
 /// @param store takes a key and stores the caller's value
@@ -35,12 +31,13 @@ int ReadOrStore(HKEY root, const CQXString& subkey, const CQXString& name, Reade
   if (root == nullptr) {
     return 0;
   }
-  if (WithoutBlanks(subkey).GetLength() == 0) {
+  const CQXString place = WithoutBlanks(subkey);
+  if (place.GetLength() == 0) {
     return read(root) ? 1 : 0;
   }
   os::RegistryKey key;
   bool created = false;
-  if (OpenOrCreate(root, subkey, key, created) != os::kErrorNone) {
+  if (key.Create(root, place, os::kRegistryFullAccess, created) != os::kErrorNone) {
     return 0;
   }
   RegistryValue value;
@@ -54,7 +51,7 @@ template <class Writer>
 int Store(HKEY root, const CQXString& subkey, Writer store) {
   os::RegistryKey key;
   bool created = false;
-  if (OpenOrCreate(root, subkey, key, created) != os::kErrorNone) {
+  if (key.Create(root, WithoutBlanks(subkey), os::kRegistryFullAccess, created) != os::kErrorNone) {
     return 0;
   }
   // KEPT: whether the value was stored is not told, only whether the key closed. Pinned by
@@ -64,6 +61,8 @@ int Store(HKEY root, const CQXString& subkey, Writer store) {
 }
 
 }  // namespace
+
+// NOLINTBEGIN(performance-unnecessary-value-param): applications are built with texts by value
 
 int QXVGetRegIntValue(HKEY root, CQXString subkey, CQXString name, int& value) {
   const auto read = [&](HKEY key) {
@@ -101,3 +100,5 @@ int QXVGetRegStringValue(HKEY root, CQXString subkey, CQXString name, CQXString&
 int QXVSetRegStringValue(HKEY root, CQXString subkey, CQXString name, CQXString value) {
   return Store(root, subkey, [&](HKEY key) { return qxv::StoreText(key, name, value, value.GetLength()); });
 }
+
+// NOLINTEND(performance-unnecessary-value-param)

@@ -17,7 +17,7 @@ os::ErrorCode QueryValue(HKEY key, const QXChar* name, RegistryValue& value) {
 }
 
 os::ErrorCode ReadValue(HKEY key, const QXChar* name, RegistryValue& value) {
-  value.units.reset(new QXChar[value.size / sizeof(QXChar) + 1]());
+  value.units = std::make_unique<QXChar[]>(value.size / sizeof(QXChar) + 1);
   auto* bytes = reinterpret_cast<unsigned char*>(value.units.get());
   return os::QueryRegistryValue(key, name, value.type, {bytes, value.size}, value.size);
 }
