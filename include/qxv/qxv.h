@@ -14,6 +14,7 @@
 #include "qxv/module.h"
 #include "qxv/path.h"
 #include "qxv/registry.h"
+#include "qxv/rounding.h"
 #include "qxv/stream_buffer.h"
 #include "qxv/string.h"
 #include "qxv/text_file.h"
