@@ -15,6 +15,7 @@
 #include "qxv/path.h"
 #include "qxv/registry.h"
 #include "qxv/rounding.h"
+#include "qxv/spline.h"
 #include "qxv/stream_buffer.h"
 #include "qxv/string.h"
 #include "qxv/text_file.h"
