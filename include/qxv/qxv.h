@@ -22,4 +22,6 @@
 #include "qxv/trace.h"
 #include "qxv/types.h"
 #include "qxv/unicode_ansi_file.h"
+#include "qxv/vector2.h"
+#include "qxv/vector3.h"
 #include "qxv/version.h"

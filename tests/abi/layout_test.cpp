@@ -10,6 +10,8 @@
 #include "qxv/string.h"
 #include "qxv/trace.h"
 #include "qxv/types.h"
+#include "qxv/vector2.h"
+#include "qxv/vector3.h"
 
 #include <gtest/gtest.h>
 
@@ -156,6 +158,24 @@ static_assert(sizeof(EQXV_CREATEGUIDMETHOD) == 4);
 // ---- float_buffer.h: virtual table, ring, read index, count, capacity
 
 static_assert(sizeof(CQXVFloatBuffer) == 32 && std::has_virtual_destructor_v<CQXVFloatBuffer>);
+
+// ---- vector2.h, vector3.h: coordinates in order, behind a virtual table in space
+
+static_assert(sizeof(CQXVVector2) == 16 && !std::is_polymorphic_v<CQXVVector2>);
+static_assert(offsetof(CQXVVector2, x) == 0 && offsetof(CQXVVector2, y) == 8);
+static_assert(sizeof(CQXVVector3) == 32 && std::has_virtual_destructor_v<CQXVVector3>);
+static_assert(EQXV_2DPOSITION_PARALLEL == 1 && EQXV_2DPOSITION_INTERSECTING == 2 && EQXV_2DPOSITION_COINCIDENT == 3);
+static_assert(EQXV_3DPOSITION_PARALLEL == 1 && EQXV_3DPOSITION_INTERSECTING == 2 && EQXV_3DPOSITION_SKEW == 3 &&
+              EQXV_3DPOSITION_COINCIDENT == 4);
+
+TEST(Vector3Layout, CoordinatesFollowTheVirtualTable) {
+  const CQXVVector3 v(1, 2, 3);
+  double coordinates[3];
+  std::memcpy(coordinates, reinterpret_cast<const unsigned char*>(&v) + sizeof(void*), sizeof coordinates);
+  EXPECT_EQ(coordinates[0], 1);
+  EXPECT_EQ(coordinates[1], 2);
+  EXPECT_EQ(coordinates[2], 3);
+}
 
 // ---- module.h: the base of all interfaces; the destructor takes the first two slots of the virtual table in this ABI
 
