@@ -5,6 +5,8 @@
 #include <iconv.h>
 
 #include <algorithm>
+#include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <iterator>
 #include <memory>
@@ -205,10 +207,8 @@ void FillCodes(unsigned page, OwnedTable& table) noexcept {
   }
 }
 
-const CodePageTable* BuildTable(unsigned page) noexcept {
-  // One page at a time: iconv loads and unloads its modules under locks that no thread checker sees.
-  static std::mutex building;
-  const std::lock_guard<std::mutex> lock(building);
+// @param lacking  set when the system has no such page, rather than no memory or no descriptor now
+const CodePageTable* BuildTable(unsigned page, bool& lacking) noexcept {
   std::unique_ptr<OwnedTable> table;
   try {
     table = std::make_unique<OwnedTable>();
@@ -221,6 +221,7 @@ const CodePageTable* BuildTable(unsigned page) noexcept {
   } else {
     Iconv converter(page);
     if (!converter.Opened()) {
+      lacking = errno == EINVAL;
       return nullptr;
     }
     FillSingles(page, &converter, *table);
@@ -233,11 +234,14 @@ const CodePageTable* BuildTable(unsigned page) noexcept {
 }
 
 struct Slot {
-  std::once_flag once;
-  const CodePageTable* table = nullptr;
+  std::atomic<const CodePageTable*> table{nullptr};
+  bool lacking = false;  // under the lock
 };
 
 Slot slots[std::size(kPages)];
+
+// One page at a time: iconv loads and unloads its modules under locks that no thread checker sees.
+std::mutex building;
 
 }  // namespace
 
@@ -249,8 +253,16 @@ const CodePageTable* TableOf(unsigned page) noexcept {
     return nullptr;
   }
   Slot& slot = slots[found - std::begin(kPages)];
-  std::call_once(slot.once, [&slot, page] { slot.table = BuildTable(page); });
-  return slot.table;
+  const CodePageTable* table = slot.table.load(std::memory_order_acquire);
+  if (table == nullptr) {
+    const std::lock_guard<std::mutex> lock(building);
+    table = slot.table.load(std::memory_order_relaxed);
+    if (table == nullptr && !slot.lacking) {
+      table = BuildTable(page, slot.lacking);
+      slot.table.store(table, std::memory_order_release);
+    }
+  }
+  return table;
 }
 
 }  // namespace qxv::os

@@ -1,7 +1,8 @@
 // code_page_posix_test.cpp - where Linux takes the ANSI code page from. It is read once a process, so each question is a process
-// of its own.
+// of its own; and what becomes of a page whose table found no memory.
 
 #include "os/code_page.h"
+#include "support/guard_new.h"
 
 #include <gtest/gtest.h>
 
@@ -57,6 +58,23 @@ TEST(CodePageOfTheEnvironmentDeathTest, ComesFromTheFirstVariableThatIsSet) {
     const std::string expected = "page " + std::to_string(row.page) + " " + std::to_string(row.page);
     EXPECT_EXIT(Answer(row), testing::ExitedWithCode(0), expected);
   }
+}
+
+[[noreturn]] void AskTwice() {
+  bool refused = false;
+  bool existed = false;
+  {
+    const support::FailAllocation refuse(0);
+    existed = qxv::os::CodePageExists(866);
+    refused = refuse.Refused();
+  }
+  std::fprintf(stderr, "refused %d, without memory %d, with memory %d\n", refused, existed, qxv::os::CodePageExists(866));
+  std::exit(0);
+}
+
+TEST(CodePageWithoutMemoryDeathTest, APageThatFoundNoMemoryIsThereWhenThereIsSome) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a fresh process: the page was never used in it
+  EXPECT_EXIT(AskTwice(), testing::ExitedWithCode(0), "refused 1, without memory 0, with memory 1");
 }
 
 }  // namespace
