@@ -268,30 +268,50 @@ void AddUnaligned(Tally& tally, const Unit*& units, std::size_t& count) noexcept
 template <class Unit>
 constexpr Compared kWhole = sizeof(Unit) == 1 ? Compared::Bytes : Compared::Units;
 
+// Two masks a turn: one branch for both, and enough loads under way to keep memory busy. The processor reads ahead by itself;
+// told to by prefetches it counts a quarter slower.
+QXV_ALWAYS_INLINE void AddMasks(Tally& tally, std::uint64_t first, std::uint64_t second) noexcept {
+  const std::uint64_t skipped = tally.skipNext ? 1 : 0;
+  if ((((first << 1 | skipped) & first) | ((second << 1 | first >> 63) & second)) == 0) {
+    tally.count += static_cast<std::size_t>(std::popcount(first)) + static_cast<std::size_t>(std::popcount(second));
+    tally.skipNext = second >> 63 != 0;
+    return;
+  }
+  AddMask(tally, first);
+  AddMask(tally, second);
+}
+
 template <class Unit>
 Tally CountBaseline(const Unit* units, std::size_t count, Tally tally) noexcept {
   const __m128i value = Broadcast128<kWhole<Unit>>(kCarriageReturn);
   AddUnaligned(tally, units, count);
-  for (; count >= kMaskUnits; units += kMaskUnits, count -= kMaskUnits) {
-    AddMask(tally, MaskBaseline<kWhole<Unit>>(units, value, value).found);
+  for (; count >= 2 * kMaskUnits; units += 2 * kMaskUnits, count -= 2 * kMaskUnits) {
+    const std::uint64_t first = MaskBaseline<kWhole<Unit>>(units, value, value).found;
+    AddMasks(tally, first, MaskBaseline<kWhole<Unit>>(units + kMaskUnits, value, value).found);
   }
   AddUnits(tally, units, count);
   return tally;
 }
 
-// Also for AVX-512, whose wider loads wait longer for memory.
 template <class Unit>
 QXV_TARGET_AVX2 Tally CountAvx2(const Unit* units, std::size_t count, Tally tally) noexcept {
-  constexpr std::size_t kAhead = 2048;  // bytes
   const __m256i value = Broadcast256<kWhole<Unit>>(kCarriageReturn);
   AddUnaligned(tally, units, count);
-  for (; count >= kMaskUnits; units += kMaskUnits, count -= kMaskUnits) {
-    const char* ahead = reinterpret_cast<const char*>(units) + kAhead;
-    _mm_prefetch(ahead, _MM_HINT_T0);
-    if constexpr (sizeof(Unit) == 2) {
-      _mm_prefetch(ahead + 64, _MM_HINT_T0);
-    }
-    AddMask(tally, MaskAvx2<kWhole<Unit>>(units, value, value).found);
+  for (; count >= 2 * kMaskUnits; units += 2 * kMaskUnits, count -= 2 * kMaskUnits) {
+    const std::uint64_t first = MaskAvx2<kWhole<Unit>>(units, value, value).found;
+    AddMasks(tally, first, MaskAvx2<kWhole<Unit>>(units + kMaskUnits, value, value).found);
+  }
+  AddUnits(tally, units, count);
+  return tally;
+}
+
+template <class Unit>
+QXV_TARGET_AVX512 Tally CountAvx512(const Unit* units, std::size_t count, Tally tally) noexcept {
+  const __m512i value = Broadcast512<kWhole<Unit>>(kCarriageReturn);
+  AddUnaligned(tally, units, count);
+  for (; count >= 2 * kMaskUnits; units += 2 * kMaskUnits, count -= 2 * kMaskUnits) {
+    const std::uint64_t first = MaskAvx512<kWhole<Unit>>(units, value, value).found;
+    AddMasks(tally, first, MaskAvx512<kWhole<Unit>>(units + kMaskUnits, value, value).found);
   }
   AddUnits(tally, units, count);
   return tally;
@@ -299,7 +319,7 @@ QXV_TARGET_AVX2 Tally CountAvx2(const Unit* units, std::size_t count, Tally tall
 
 template <class Unit>
 constexpr os::KernelTable<Tally (*)(const Unit*, std::size_t, Tally) noexcept> kCount{
-    {&CountBaseline<Unit>, &CountAvx2<Unit>, &CountAvx2<Unit>}};
+    {&CountBaseline<Unit>, &CountAvx2<Unit>, &CountAvx512<Unit>}};
 
 template <class Unit>
 std::size_t CountReference(const Unit* units, std::size_t count) noexcept {
