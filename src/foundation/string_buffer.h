@@ -9,6 +9,10 @@
 
 #include "qxv/types.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
 namespace qxv {
 
 inline constexpr std::size_t kStringBlock = 128;        // characters by which capacities step
@@ -26,14 +30,38 @@ struct StringWords {
   bool valid = false;
 };
 
-/// The words found by the slot scan; not valid for a null buffer.
-StringWords ReadStringWords(const QXChar* buffer) noexcept;
-
-void WriteStringWords(QXChar* buffer, std::size_t slot, std::size_t length, std::size_t capacity) noexcept;
-
 /// The slot of a text of this length: the length rounded up to whole blocks, at least one.
 constexpr std::size_t StringSlot(std::size_t length) noexcept {
   return length == 0 ? kStringBlock : (length + kStringBlock - 1) / kStringBlock * kStringBlock;
+}
+
+/// The words that stand behind this slot.
+inline StringWords StringWordsBehind(const QXChar* buffer, std::size_t slot) noexcept {
+  StringWords words;
+  words.slot = slot;
+  std::memcpy(&words.length, buffer + slot + 1, sizeof words.length);  // at addresses that are not multiples of 4
+  std::memcpy(&words.capacity, buffer + slot + 3, sizeof words.capacity);
+  words.valid = words.capacity % kStringBlock == 0 && words.capacity >= slot && slot == StringSlot(words.length);
+  return words;
+}
+
+inline void WriteStringWords(QXChar* buffer, std::size_t slot, std::size_t length, std::size_t capacity) noexcept {
+  const auto lengthWord = static_cast<std::uint32_t>(length);
+  const auto capacityWord = static_cast<std::uint32_t>(capacity);
+  std::memcpy(buffer + slot + 1, &lengthWord, sizeof lengthWord);
+  std::memcpy(buffer + slot + 3, &capacityWord, sizeof capacityWord);
+}
+
+/// The words found by the slot scan; not valid for a null buffer.
+inline StringWords ReadStringWords(const QXChar* buffer) noexcept {
+  if (buffer == nullptr) {
+    return {};
+  }
+  std::size_t slot = kStringBlock;
+  while (buffer[slot] != 0) {
+    slot += kStringBlock;
+  }
+  return StringWordsBehind(buffer, slot);
 }
 
 /// Units to allocate for a capacity: exactly what the buffer holds up to 16384 characters. Above, capacities share size classes a

@@ -18,6 +18,23 @@ const unsigned char* BytesOf(std::string_view bytes) noexcept { return reinterpr
 }  // namespace
 
 // ASCII is the same in every page that can be an ANSI page.
+std::size_t AssignShortLine(const unsigned char* bytes, unsigned char end, bool endIncluded, CQXString& text) noexcept {
+  static_assert(kShortLine == kStringBlock);
+  QXChar* const block = TextAccess::FirstBlock(text);
+  if (block == nullptr || bytes[0] == end) {
+    return kNoShortLine;
+  }
+  const std::size_t count = WidenShortLine(bytes, end, block);
+  if (count == kNoShortLine) {
+    return kNoShortLine;
+  }
+  if (endIncluded) {
+    block[count] = static_cast<QXChar>(end);
+  }
+  TextAccess::SetFirstBlock(text, endIncluded ? count + 1 : count);
+  return count;
+}
+
 TextView AnsiText::Decode(std::string_view bytes) {
   if (m_units.size() < bytes.size() || (m_units.size() > kKept && bytes.size() <= kKept)) {
     std::basic_string<QXChar>().swap(m_units);

@@ -4,12 +4,19 @@
 #include "qxv/string.h"
 #include "qxv/types.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace qxv {
 
 using TextView = std::basic_string_view<QXChar>;
+
+/// Assigns the first line of these bytes, kShortLine of them, if that is an ordinary one: ASCII, not empty, and the text need not
+/// change its size. The end belongs to it or not.
+/// @return bytes before the end; kNoShortLine, with nothing changed, when it is another line
+[[nodiscard]] std::size_t AssignShortLine(const unsigned char* bytes, unsigned char end, bool endIncluded,
+                                          CQXString& text) noexcept;
 
 class AnsiText {
  public:

@@ -50,6 +50,12 @@ class LineReader {
   template <class Unit>
   [[nodiscard]] RawLine<Unit> Next();
 
+  /// The next bytes, when so many have been read ahead already, or null. Skip passes them, as many or fewer.
+  [[nodiscard]] const unsigned char* Ahead(std::size_t count) const noexcept {
+    return m_end - m_at >= count && !m_appended ? m_bytes.get() + m_at : nullptr;
+  }
+  void Skip(std::size_t count) noexcept { m_at += count; }
+
   /// Carriage returns from the start of the file, each taking the unit behind it along. The position stays.
   template <class Unit>
   [[nodiscard]] std::size_t CountLineEnds();

@@ -9,6 +9,7 @@
 #include "os/code_page.h"
 #include "qxv/conversion.h"
 #include "streams/ansi_text.h"
+#include "streams/byte_widening.h"
 #include "streams/line_reader.h"
 
 #include <algorithm>
@@ -24,7 +25,8 @@ using qxv::TextView;
 
 constexpr unsigned char kMark[] = {0xFF, 0xFE};
 constexpr int kUnknown = -1;
-constexpr QXChar kLineEnd[] = {13, 10};
+constexpr unsigned char kCarriageReturn = 13;
+constexpr QXChar kLineEnd[] = {kCarriageReturn, 10};
 
 int ToInt(std::size_t count) noexcept { return static_cast<int>(std::min<std::size_t>(count, INT_MAX)); }
 
@@ -178,6 +180,16 @@ int CQXVtxtRWImpl::ReadLine(CQXString& line) {
   if (m_file == nullptr) {
     line.Empty();
     return 0;
+  }
+  if (m_ansi != 0) {
+    const unsigned char* const bytes = m_reader.Ahead(qxv::kShortLine + 1);  // also what stands behind the carriage return
+    const std::size_t count =
+        bytes == nullptr ? qxv::kNoShortLine : qxv::AssignShortLine(bytes, kCarriageReturn, false /*endIncluded*/, line);
+    if (count != qxv::kNoShortLine) {
+      m_reader.Skip(count + std::size(kLineEnd));
+      m_lineIndex = Next(m_lineIndex);
+      return static_cast<int>(count);
+    }
   }
   const std::int64_t position = m_reader.Position();
   const int index = m_lineIndex;

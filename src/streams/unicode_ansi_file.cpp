@@ -6,6 +6,7 @@
 
 #include "foundation/text_access.h"
 #include "os/code_page.h"
+#include "streams/byte_widening.h"
 #include "streams/line_scan.h"
 
 #include <algorithm>
@@ -260,6 +261,13 @@ void CQXVUnicodeAnsiFileImpl::ReadUnicodeLine(CQXString& line) {
 
 void CQXVUnicodeAnsiFileImpl::ReadAnsiLine(CQXString& line) {
   const unsigned char* bytes = m_copy.bytes.get() + m_cursor;
+  if (m_copy.size - m_cursor >= qxv::kShortLine) {
+    const std::size_t count = qxv::AssignShortLine(bytes, kLineFeed, true /*endIncluded*/, line);
+    if (count != qxv::kNoShortLine) {
+      m_cursor += count + 1;
+      return;
+    }
+  }
   const qxv::LineStop stop = qxv::FindLineStop(bytes, m_copy.size + 1 - m_cursor, kLineFeed, 0);
   m_ansiText.Decode({reinterpret_cast<const char*>(bytes), bytes[stop.at] == 0 ? stop.at : stop.at + 1}, stop.ascii, line);
   m_cursor += stop.at + 1;

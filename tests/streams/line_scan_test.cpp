@@ -8,9 +8,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <memory>
 #include <random>
+#include <string>
 #include <vector>
 
 namespace {
@@ -98,6 +101,56 @@ TEST(LineScan, BytesAreWidenedAndAsciiIsKnownAtEveryLength) {
         ASSERT_EQ(units.units[i], static_cast<QXChar>((i * 7) & 0xFF)) << i << " of " << count;
       }
     }
+  });
+}
+
+// Every place of the end, every place of a byte that makes the line another kind, and neither.
+TEST(LineScan, ShortLinesAreWidenedWithZerosBehindThem) {
+  constexpr std::size_t kRoom = qxv::kShortLine;
+  support::ForEachCpuTier([] {
+    const auto expectLikeReference = [](const unsigned char* bytes, const std::string& what) {
+      Block<QXChar> units(kRoom);
+      std::vector<QXChar> expected(kRoom, QXChar('x'));
+      const std::size_t count = qxv::WidenShortLineReference(bytes, 13, expected.data());
+      ASSERT_EQ(qxv::WidenShortLine(bytes, 13, units.units), count) << what;
+      ASSERT_TRUE(std::equal(expected.begin(), expected.end(), units.units)) << what;
+    };
+    Block<unsigned char> bytes(kRoom);
+    expectLikeReference(bytes.units, "no end");
+    for (std::size_t end = 0; end < kRoom; ++end) {
+      for (std::size_t i = 0; i < kRoom; ++i) {
+        bytes.units[i] = static_cast<unsigned char>(14 + i % 0x72);
+      }
+      bytes.units[end] = 13;
+      expectLikeReference(bytes.units, "end at " + std::to_string(end));
+      for (std::size_t at = 0; at < kRoom; ++at) {
+        for (const unsigned char other : std::initializer_list<unsigned char>{0x00, 0x80, 0xFF, 13}) {
+          const unsigned char before = bytes.units[at];
+          bytes.units[at] = other;
+          expectLikeReference(bytes.units,
+                              "end at " + std::to_string(end) + ", " + std::to_string(other) + " at " + std::to_string(at));
+          bytes.units[at] = before;
+        }
+      }
+    }
+  });
+}
+
+TEST(LineScan, AShortLineIsWhatStandsBeforeItsEnd) {
+  std::string bytes = "ab\r\n";
+  bytes.resize(qxv::kShortLine, 'y');
+  const auto* line = reinterpret_cast<const unsigned char*>(bytes.data());
+  support::ForEachCpuTier([line] {
+    std::array<QXChar, qxv::kShortLine> units;
+    units.fill(QXChar('x'));
+    EXPECT_EQ(qxv::WidenShortLine(line, 'b', units.data()), 1u);
+    EXPECT_EQ(units[0], QXChar('a'));
+    EXPECT_EQ(units[1], QXChar(0));
+    EXPECT_EQ(qxv::WidenShortLine(line, '\r', units.data()), 2u);
+    EXPECT_EQ(units[1], QXChar('b'));
+    EXPECT_EQ(units[127], QXChar(0));
+    EXPECT_EQ(qxv::WidenShortLine(line, 'z', units.data()), qxv::kNoShortLine);
+    EXPECT_EQ(units[1], QXChar('b'));
   });
 }
 

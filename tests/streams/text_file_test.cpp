@@ -6,6 +6,7 @@
 #include "streams/text_bytes.h"
 #include "streams/text_file_fixture.h"
 #include "support/guard_new.h"
+#include "support/string_words.h"
 
 #include <gtest/gtest.h>
 
@@ -141,6 +142,43 @@ TEST_F(TextFile, OnlyACarriageReturnEndsALineAndTakesTheNextUnitAlong) {
 TEST_F(TextFile, AnAnsiLineCountsItsBytesAndIsConverted) {
   ASSERT_EQ(OpenWith("\x80\xE9\r\n"), 0);  // 1252
   EXPECT_EQ(Read(), "\\u20AC\\u00E9/2");
+}
+
+// Lengths that stay within the first block, leave it and come back to it, in a text that an application scribbled in.
+TEST_F(TextFile, AReadLineLeavesTheBufferThatItsAssignmentLeaves) {
+  const std::size_t lengths[] = {5, 127, 128,  0,   1, 129,  60,  300, 128, 2, 1000, 127,
+                                 0, 3,   1100, 128, 1, 1200, 126, 64,  2,   0, 0,    1};
+  std::string bytes;
+  for (const std::size_t length : lengths) {
+    bytes.append(length, static_cast<char>('a' + length % 26)).append("\r\n");
+  }
+  bytes.append(1000, 'z');  // so that the lines are not the last ones
+  ASSERT_EQ(OpenWith(bytes), 0);
+  CQXString line;
+  CQXString expected;
+  for (const std::size_t length : lengths) {
+    for (CQXString* text : {&line, &expected}) {
+      if (support::SlotOf(*text) == 128 && support::CapacityWord(*text) > 256) {
+        support::BufferOf(*text)[200] = QXT('!');  // behind the words
+      }
+    }
+    ASSERT_EQ(m_file->ReadLine(line), static_cast<int>(length));
+    expected = Text(length, static_cast<QXChar>('a' + length % 26)).c_str();
+    ASSERT_TRUE(support::SameBuffers(line, expected) || length == 0) << length;
+    EXPECT_EQ(TextOf(line), TextOf(expected));
+    EXPECT_EQ(support::CapacityWord(line), support::CapacityWord(expected)) << length;
+  }
+}
+
+TEST_F(TextFile, ALineWithoutRoomForItsEndInTheReadAheadIsWhole) {
+  for (std::size_t length = 120; length <= 135; ++length) {
+    for (const std::string end : {"", "\r", "\r\n", "\r\nq"}) {
+      ASSERT_EQ(OpenWith(std::string(length, 'a') + end), 0);
+      EXPECT_EQ(Read(), std::string(length, 'a') + "/" + std::to_string(length)) << end.size();
+      EXPECT_EQ(Read(), end.size() == 3 ? "q/1" : "/0") << length;
+      m_file->Close();
+    }
+  }
 }
 
 TEST_F(TextFileMalformed, ZeroUnitsAreLeftOutOfAUnicodeLineButCounted) {

@@ -38,4 +38,14 @@ inline std::vector<unsigned char> BytesOf(const CQXString& string) {
   return {bytes, bytes + 2 * SlotOf(string) + 10};
 }
 
+/// Whether two buffers hold the same in every byte up to the end of their capacities, words included.
+inline bool SameBuffers(const CQXString& a, const CQXString& b) {
+  const std::size_t slot = SlotOf(a);
+  const std::size_t capacity = CapacityWord(a);
+  if (slot != SlotOf(b) || LengthWord(a) != LengthWord(b) || capacity != CapacityWord(b)) {
+    return false;
+  }
+  return std::memcmp(BufferOf(a), BufferOf(b), 2 * capacity + (slot == capacity ? 10 : 2)) == 0;
+}
+
 }  // namespace support
