@@ -35,9 +35,12 @@ bench::Job LogJob(const char* size, std::size_t characters) {
   const support::Text message(characters, QXT('m'));
   const std::string block = support::Utf16Le(QXT("[2009.05.01 18:05:07.045]") + message + QXT("\r\n"));
   constexpr int kLinesATurn = 100;
-  const auto ours = [files, message] {
+  const auto ours = [files, message, isPlaced = false]() mutable {
     files->KeepSmall();
-    QXVLogSetPath(files->folder.Path().c_str());
+    if (!isPlaced) {
+      QXVLogSetPath(files->folder.Path().c_str());
+      isPlaced = true;
+    }
     for (int i = 0; i < kLinesATurn; ++i) {
       QXVWriteLog(message.c_str(), 100);
     }

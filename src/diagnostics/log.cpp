@@ -14,6 +14,7 @@
 #include "os/lock.h"
 #include "os/process.h"
 
+#include <algorithm>
 #include <atomic>
 #include <bit>
 #include <cstddef>
@@ -79,17 +80,16 @@ class Log {
     State& state = Made();
     const SYSTEMTIME now = os::ReadLocalTime();  // one reading for the name and the stamp: midnight may come between two
     NameFile(state, now);
+    const os::TextView text = message == nullptr ? os::TextView() : os::TextView(message, ScanLength(message));
     os::Text& block = state.block;
-    block = kLogHead;
-    block.resize(kLogHead.size() + kLogNumberRoom);
-    const QXChar* const stampEnd = WriteLogStamp(block.data() + kLogHead.size(), now);
-    block.resize(static_cast<std::size_t>(stampEnd - block.data()));
-    if (message != nullptr) {
-      block.append(message, ScanLength(message));
-    }
-    block.append(kLineEnd);
-    const auto bytes = std::span(reinterpret_cast<const unsigned char*>(block.data()), block.size() * sizeof(QXChar));
-    (void)state.file.Append(bytes, kLogHead.size() * sizeof(QXChar));  // nobody is told
+    block.resize(kLogHead.size() + kLogNumberRoom + text.size() + kLineEnd.size());  // the most that it takes
+    QXChar* end = std::copy(kLogHead.begin(), kLogHead.end(), block.data());
+    end = WriteLogStamp(end, now);
+    end = std::copy(text.begin(), text.end(), end);
+    end = std::copy(kLineEnd.begin(), kLineEnd.end(), end);
+    const auto bytes = std::as_bytes(std::span(block.data(), end));
+    (void)state.file.Append({reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()},
+                            kLogHead.size() * sizeof(QXChar));  // nobody is told
     if (block.capacity() > kLargestBlockKept) {
       block.clear();
       block.shrink_to_fit();

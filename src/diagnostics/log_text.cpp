@@ -5,6 +5,7 @@
 
 #include "os/c_runtime.h"
 
+#include <cstddef>
 #include <initializer_list>
 
 namespace {
@@ -16,19 +17,23 @@ constexpr std::size_t kFolderRoom = 512;
 constexpr std::size_t kNameRoom = 64;
 constexpr std::size_t kExtensionRoom = 16;
 
-QXChar* WritePadded(QXChar* out, unsigned value, unsigned width) {
-  unsigned count = 1;
-  for (unsigned rest = value; rest >= 10; rest /= 10) {
-    ++count;
+// As printf writes "%<kWidth>d".
+template <std::size_t kWidth>
+QXChar* WritePadded(QXChar* out, unsigned value) {
+  constexpr unsigned kTooWide[] = {1, 10, 100, 1000, 10000};
+  std::size_t width = kWidth;
+  for (unsigned rest = value / kTooWide[kWidth]; rest != 0; rest /= 10) {
+    ++width;
   }
-  for (; count < width; --width) {
-    *out++ = QXT(' ');
-  }
-  QXChar* const end = out + count;
-  for (QXChar* at = end; at != out; value /= 10) {
+  QXChar* at = out + width;
+  do {
     *--at = static_cast<QXChar>(QXT('0') + value % 10);
+    value /= 10;
+  } while (value != 0);
+  while (at != out) {
+    *--at = QXT(' ');
   }
-  return end;
+  return out + width;
 }
 
 void FillBlanks(QXChar* text, std::initializer_list<std::size_t> places) {
@@ -56,9 +61,9 @@ LogPlace LogPlaceOf(const os::Text& executable) {
 
 QXChar* WriteLogDate(QXChar* out, const SYSTEMTIME& time) noexcept {
   QXChar* const text = out;
-  out = WritePadded(out, time.wYear, 4);
-  out = WritePadded(out, time.wMonth, 2);
-  out = WritePadded(out, time.wDay, 2);
+  out = WritePadded<4>(out, time.wYear);
+  out = WritePadded<2>(out, time.wMonth);
+  out = WritePadded<2>(out, time.wDay);
   FillBlanks(text, {4, 6});
   return out;
 }
@@ -66,19 +71,19 @@ QXChar* WriteLogDate(QXChar* out, const SYSTEMTIME& time) noexcept {
 QXChar* WriteLogStamp(QXChar* out, const SYSTEMTIME& time) noexcept {
   QXChar* const text = out;
   *out++ = QXT('[');
-  out = WritePadded(out, time.wYear, 4);
+  out = WritePadded<4>(out, time.wYear);
   *out++ = QXT('.');
-  out = WritePadded(out, time.wMonth, 2);
+  out = WritePadded<2>(out, time.wMonth);
   *out++ = QXT('.');
-  out = WritePadded(out, time.wDay, 2);
+  out = WritePadded<2>(out, time.wDay);
   *out++ = QXT(' ');
-  out = WritePadded(out, time.wHour, 1);
+  out = WritePadded<1>(out, time.wHour);
   *out++ = QXT(':');
-  out = WritePadded(out, time.wMinute, 2);
+  out = WritePadded<2>(out, time.wMinute);
   *out++ = QXT(':');
-  out = WritePadded(out, time.wSecond, 2);
+  out = WritePadded<2>(out, time.wSecond);
   *out++ = QXT('.');
-  out = WritePadded(out, time.wMilliseconds, 3);
+  out = WritePadded<3>(out, time.wMilliseconds);
   *out++ = QXT(']');
   // KEPT: the places are those of a two-digit hour, so before ten o'clock some blanks of minute, second and milliseconds stay
   //   (programs that read the files know both forms). Pinned by LogKept.OneDigitHoursLeaveBlanks.
