@@ -1,10 +1,13 @@
-// host_demo.cpp - a host application in small: names each file of its command line, its size, its CRC and a new identifier.
+// host_demo.cpp - a host application in small: names each file of its command line, its size, its CRC and a new identifier; or
+// takes one text file through the text families.
 
 #include "qxv/crc.h"
 #include "qxv/guid.h"
 #include "qxv/interop.h"
 #include "qxv/string.h"
+#include "text_tour.h"
 
+#include <cstring>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -32,8 +35,12 @@ bool Describe(const char* path) {
 
 int main(int argc, char** argv) {
   if (argc < 2) {
-    std::cerr << "usage: host_demo FILE...\n";
+    std::cerr << "usage: host_demo FILE...\n"
+                 "       host_demo --text-tour TEXT-FILE FOLDER     (the folder takes the files that it makes)\n";
     return 2;
+  }
+  if (argc == 4 && std::strcmp(argv[1], "--text-tour") == 0) {
+    return ShowTextFamilies(argv[2], argv[3]) ? 0 : 1;
   }
   bool all = true;
   for (int i = 1; i < argc; ++i) {
