@@ -23,6 +23,7 @@
 /// std::bad_alloc. One object is used by one thread at a time.
 ///
 /// long and unsigned long take 4 bytes on both systems; reading extends them by their sign, respectively by zeros.
+// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): an interface holds nothing that a copy could share
 class QXV_API CQXVBufferFileRW : public CQXVObject {
  public:
   /// Closes the file.
@@ -150,7 +151,7 @@ class QXV_API CQXVBufferFileRW : public CQXVObject {
     return bytes;
   }
   unsigned int Write(const QX_GUID& value) {
-    GUID image;
+    GUID image{};
     std::memcpy(&image, &value, sizeof image);
     return Write(image);
   }

@@ -19,6 +19,7 @@
 /// Only Open tells of failure. When it fails, and after Close, reads give 0, FindLine and GetLineCount -1, writes 0, and Clear
 /// does nothing. A read error ends the line as the end of the file does. Others may read and write the file meanwhile. Allocation
 /// failure throws std::bad_alloc. One object is used by one thread at a time.
+// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): an interface holds nothing that a copy could share
 class QXV_API CQXVtxtRW : public CQXVObject {
  public:
   /// Closes the file.

@@ -24,6 +24,7 @@ enum EQXV_TEXTFILEFLAG : unsigned int {
 /// the requested one is rewritten in the requested one when it is opened, unless EQXV_TEXTFILE_ADOPT is given.
 ///
 /// One object is used by one thread at a time. Allocation failure throws std::bad_alloc.
+// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions): an interface holds nothing that a copy could share
 class QXV_API CQXVUnicodeAnsiFile : public CQXVObject {
  public:
   /// Closes the file.

@@ -35,6 +35,7 @@ class Log {
   constexpr Log() noexcept = default;
   Log(const Log&) = delete;
   Log& operator=(const Log&) = delete;
+  ~Log() = default;
 
   // Another thread may hold the lock for ever when a process is ended under it; then the state stays.
   void End() noexcept {
@@ -146,6 +147,8 @@ static_assert(std::is_trivially_destructible_v<Log>);  // so that calls behind i
 
 struct LifeOfLog {
   LifeOfLog() noexcept { (void)os::HoldAcrossFork(theLog.Lock()); }
+  LifeOfLog(const LifeOfLog&) = delete;
+  LifeOfLog& operator=(const LifeOfLog&) = delete;
   ~LifeOfLog() { theLog.End(); }
 };
 const LifeOfLog life;

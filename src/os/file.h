@@ -107,6 +107,8 @@ ErrorCode CloseFile(HANDLE file) noexcept;
 class FileView {
  public:
   FileView() noexcept = default;
+  FileView(const FileView&) = delete;
+  FileView& operator=(const FileView&) = delete;
   FileView(FileView&& other) noexcept : m_data(std::exchange(other.m_data, nullptr)), m_size(std::exchange(other.m_size, 0)) {}
   FileView& operator=(FileView&& other) noexcept {
     if (this != &other) {
@@ -133,6 +135,8 @@ class FileView {
 class File {
  public:
   File() noexcept = default;
+  File(const File&) = delete;
+  File& operator=(const File&) = delete;
   explicit File(HANDLE adopted) noexcept : m_handle(adopted) {}
   File(File&& other) noexcept : m_handle(other.Release()) {}
   File& operator=(File&& other) noexcept {
@@ -157,11 +161,7 @@ class File {
   HANDLE Handle() const noexcept { return m_handle; }
 
   /// Gives the handle away without closing it.
-  HANDLE Release() noexcept {
-    const HANDLE handle = m_handle;
-    m_handle = INVALID_HANDLE_VALUE;
-    return handle;
-  }
+  HANDLE Release() noexcept { return std::exchange(m_handle, INVALID_HANDLE_VALUE); }
 
  private:
   HANDLE m_handle = INVALID_HANDLE_VALUE;

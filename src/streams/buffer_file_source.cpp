@@ -18,7 +18,7 @@ bool Quietly(Call call) noexcept {
   try {
     call();
     return true;
-  } catch (CException* exception) {
+  } catch (CException* exception) {  // NOLINT(misc-throw-by-value-catch-by-reference): so the host framework throws
     exception->Delete();
   } catch (...) {  // NOLINT(bugprone-empty-catch): errors of the file are not reported
   }
@@ -56,7 +56,7 @@ bool HostFileIsUsable(const CFile& file) {
 }
 
 bool HandleIsUsable(HANDLE handle) noexcept {
-  os::FileInformation information;
+  os::FileInformation information{};
   return handle != INVALID_HANDLE_VALUE && os::GetFileInformation(handle, information) == os::kErrorNone &&
          (information.attributes & os::kAttributeFolder) == 0;
 }

@@ -47,7 +47,7 @@ CQXVStreamBufOut& CQXVStreamBufOut::operator=(const CQXVStreamBufOut& other) = d
 CQXVStreamBufOut::~CQXVStreamBufOut() = default;
 
 CQXVStreamBufOut& CQXVStreamBufOut::look(COleDateTime& value) {
-  SYSTEMTIME time;
+  SYSTEMTIME time{};
   look(time);
   double days = 0;
   SYSTEMTIME back{};

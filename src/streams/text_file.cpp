@@ -50,6 +50,9 @@ struct SeparatorText {
 
 class CQXVtxtRWImpl final : public CQXVtxtRW {
  public:
+  CQXVtxtRWImpl() = default;
+  CQXVtxtRWImpl(const CQXVtxtRWImpl&) = delete;
+  CQXVtxtRWImpl& operator=(const CQXVtxtRWImpl&) = delete;
   ~CQXVtxtRWImpl() override { CloseStream(); }
 
   int Open(const CQXString& path) override;

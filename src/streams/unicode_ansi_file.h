@@ -12,6 +12,8 @@
 class CQXVUnicodeAnsiFileImpl : public CQXVUnicodeAnsiFile {
  public:
   CQXVUnicodeAnsiFileImpl();
+  CQXVUnicodeAnsiFileImpl(const CQXVUnicodeAnsiFileImpl&) = delete;
+  CQXVUnicodeAnsiFileImpl& operator=(const CQXVUnicodeAnsiFileImpl&) = delete;
   ~CQXVUnicodeAnsiFileImpl() override;
 
   void Create(const QXChar* name, int encoding, unsigned int flags) override;
