@@ -222,7 +222,7 @@ TEST_F(TextFileMalformed, EveryPrefixOfATextReadsToItsEnd) {
 }
 
 TEST_F(TextFile, LinesOfAllLengthsAroundTheReadAheadAreWhole) {
-  constexpr std::size_t kReadAhead = 128 * 1024;
+  constexpr std::size_t kReadAhead = 256 * 1024;
   for (const bool unicode : {false, true}) {
     const std::size_t units = unicode ? kReadAhead / 2 : kReadAhead;
     Text text;
@@ -277,7 +277,7 @@ TEST_F(TextFile, WhatOthersAppendIsReadOnceItIsThere) {
 TEST_F(TextFile, AReadThatFindsNoMemoryLeavesThePosition) {
   ASSERT_TRUE(qxv::os::CodePageExists(qxv::os::kCodePageAnsi)) << "its tables are made once, with memory at hand";
   for (const bool unicode : {false, true}) {
-    const Text text = Text(200'000, QXT('a')) + QXT("\r\n") + Text(5000, QXT('b')) + QXT("\r\n");
+    const Text text = Text(400'000, QXT('a')) + QXT("\r\n") + Text(5000, QXT('b')) + QXT("\r\n");
     ASSERT_EQ(OpenWith(unicode ? MarkedUtf16(text) : std::string(text.begin(), text.end())), 0);
     std::size_t refusals = 0;
     for (bool refused = true; refused;) {
@@ -285,8 +285,8 @@ TEST_F(TextFile, AReadThatFindsNoMemoryLeavesThePosition) {
       {
         const support::FailAllocation fail(refusals);
         try {
-          EXPECT_EQ(m_file->ReadLine(line), 200'000);
-          EXPECT_EQ(CQXString::Length(line), 200'000);
+          EXPECT_EQ(m_file->ReadLine(line), 400'000);
+          EXPECT_EQ(CQXString::Length(line), 400'000);
         } catch (const std::bad_alloc&) {
           EXPECT_EQ(TextOf(line), QXT("old"));
         }
@@ -304,7 +304,7 @@ TEST_F(TextFile, AReadThatFindsNoMemoryLeavesThePosition) {
       const support::FailAllocation fail(1);
       EXPECT_THROW((void)m_file->ReadLine(line), std::bad_alloc);
     }
-    EXPECT_EQ(m_file->ReadLine(line), 200'000);
+    EXPECT_EQ(m_file->ReadLine(line), 400'000);
     EXPECT_EQ(m_file->ReadLine(line), 5000);
     m_file->Close();
   }
