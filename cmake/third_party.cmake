@@ -14,5 +14,6 @@ endmacro()
 
 qxv_find(JPEG) # JPEG::JPEG
 if(NOT WIN32)
+  qxv_find(LibXml2) # LibXml2::LibXml2, the parser of documents
   qxv_find(SQLite3) # SQLite::SQLite3, the registry's store
 endif()
