@@ -25,3 +25,4 @@
 #include "qxv/vector2.h"
 #include "qxv/vector3.h"
 #include "qxv/version.h"
+#include "qxv/xml.h"

@@ -12,6 +12,7 @@
 #include "qxv/types.h"
 #include "qxv/vector2.h"
 #include "qxv/vector3.h"
+#include "qxv/xml.h"
 
 #include <gtest/gtest.h>
 
@@ -227,6 +228,28 @@ TEST(TraceLayout, NameThenNumber) {
   std::memcpy(&fields, static_cast<const void*>(&trace), sizeof fields);
   EXPECT_EQ(std::basic_string<QXChar>(fields.name), QXT("ab"));
   EXPECT_EQ(fields.number, -7);
+}
+
+// ---- xml.h: a table of virtual functions, then the members in their order
+
+static_assert(std::is_same_v<decltype(CQXVXmlNode::m_arrAtt), CQXArray<CQXVXmlAtt*, CQXVXmlAtt*>>);
+static_assert(std::is_same_v<decltype(CQXVXmlNode::m_arrNode), CQXArray<CQXVXmlNode*, CQXVXmlNode*>>);
+static_assert(sizeof(CQXVXmlAtt) == 8 + 2 * 8 && std::has_virtual_destructor_v<CQXVXmlAtt>);
+static_assert(sizeof(CQXVXmlNode) == 8 + 8 + 2 * 32 && std::has_virtual_destructor_v<CQXVXmlNode>);
+
+template <class Object, class Member>
+std::ptrdiff_t PlaceOf(const Object& object, const Member& member) {
+  return reinterpret_cast<const char*>(&member) - reinterpret_cast<const char*>(&object);
+}
+
+TEST(XmlLayout, MembersStandBehindTheTable) {
+  const CQXVXmlAtt attribute;
+  EXPECT_EQ(PlaceOf(attribute, attribute.m_strName), 8);
+  EXPECT_EQ(PlaceOf(attribute, attribute.m_strValue), 16);
+  const CQXVXmlNode node;
+  EXPECT_EQ(PlaceOf(node, node.m_strName), 8);
+  EXPECT_EQ(PlaceOf(node, node.m_arrAtt), 16);
+  EXPECT_EQ(PlaceOf(node, node.m_arrNode), 48);
 }
 
 }  // namespace
