@@ -32,16 +32,24 @@ TextView EscapeOf(QXChar character) noexcept {
 // KEPT: line ends, tabs, control characters and lone surrogates stay as they are. A parser turns the first into blanks and
 //   refuses the others, but texts written so are compared byte by byte. Pinned by
 //   XmlTextKept.TheWriterLeavesControlCharactersAndLoneSurrogates.
-void AppendEscaped(const CQXString& string, Text& out) {
-  const TextView text(string, static_cast<std::size_t>(string.GetLength()));
-  std::size_t plain = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (const TextView escape = text[i] > QXT('>') ? TextView() : EscapeOf(text[i]); !escape.empty()) {
-      out.append(text, plain, i - plain).append(escape);
-      plain = i + 1;
+// One pass that stops at the text's end: most texts are short, and their buffers lie far apart.
+void AppendEscaped(const QXChar* text, Text& out) {
+  const QXChar* plain = text;
+  for (;; ++text) {
+    if (*text > QXT('>')) {
+      continue;
     }
+    const TextView escape = EscapeOf(*text);
+    if (*text != 0 && escape.empty()) {
+      continue;
+    }
+    out.append(plain, text);
+    if (*text == 0) {
+      return;
+    }
+    out.append(escape);
+    plain = text + 1;
   }
-  out.append(text, plain);
 }
 
 constexpr TextView kTagEnd = QXT(">\r\n");
