@@ -209,6 +209,4 @@ class CQXArray {
   QXInt64 m_nGrowBy;
 };
 
-#if !defined(QXV_BUILDING)
-extern template class QXV_API CQXArray<CQXString, CQXString&>;
-#endif
+QXV_API_INSTANCE(CQXArray<CQXString, CQXString&>);

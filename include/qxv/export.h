@@ -1,4 +1,4 @@
-// export.h - the one macro that puts a name into the library's export table.
+// export.h - the macros that put a name into the library's export table.
 #pragma once
 
 // QXV_BUILDING: set while the library itself is compiled. QXV_STATIC: set by programs that link the library's objects.
@@ -12,4 +12,14 @@
 #endif
 #else
 #define QXV_API __attribute__((visibility("default")))
+#endif
+
+// A template's instance that the library hands out. Windows exports it where it is made; elsewhere its declaration decides, and a
+// source of the library that did not see it would make hidden copies, which hide the common one.
+#if defined(_WIN32) && defined(QXV_BUILDING)
+#define QXV_API_INSTANCE(...) static_assert(true)
+#define QXV_API_MAKE_INSTANCE(...) template class QXV_API __VA_ARGS__
+#else
+#define QXV_API_INSTANCE(...) extern template class QXV_API __VA_ARGS__
+#define QXV_API_MAKE_INSTANCE(...) template class __VA_ARGS__
 #endif

@@ -2,4 +2,4 @@
 
 #include "qxv/array.h"
 
-template class QXV_API CQXArray<CQXString, CQXString&>;
+QXV_API_MAKE_INSTANCE(CQXArray<CQXString, CQXString&>);
