@@ -16,6 +16,7 @@
 #include "qxv/registry.h"
 #include "qxv/rounding.h"
 #include "qxv/spline.h"
+#include "qxv/profile.h"
 #include "qxv/stream_buffer.h"
 #include "qxv/string.h"
 #include "qxv/text_file.h"
