@@ -5,6 +5,7 @@
 #include "qxv/buffer_file.h"
 #include "qxv/conversion.h"
 #include "qxv/crc.h"
+#include "qxv/dictionary.h"
 #include "qxv/export.h"
 #include "qxv/factories.h"
 #include "qxv/float_buffer.h"

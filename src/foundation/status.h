@@ -18,5 +18,6 @@ inline constexpr Status kStatusRegistryOpenFailed = 0x89601A45;
 inline constexpr Status kStatusRegistryWriteFailed = 0x89601A46;
 inline constexpr Status kStatusRegistryBadElementCount = 0x89601A47;
 inline constexpr Status kStatusRegistryNegativeCount = 0xFFFFFFFF;  // -1 as the interface gives it
+inline constexpr Status kStatusDictionaryFailed = 0x89601A70;
 
 }  // namespace qxv
