@@ -12,6 +12,7 @@
 #include "qxv/guid.h"
 #include "qxv/host.h"
 #include "qxv/log.h"
+#include "qxv/md5.h"
 #include "qxv/module.h"
 #include "qxv/path.h"
 #include "qxv/registry.h"

@@ -11,6 +11,7 @@
 #if defined(_WIN32)
 #include "os/win_api.h"
 #else
+#include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -67,6 +68,13 @@ int ChildProcess::Wait() {
   return static_cast<int>(code);
 }
 
+int ChildProcess::Kill() {
+  if (m_process != nullptr) {
+    (void)::TerminateProcess(m_process, kKilled);
+  }
+  return Wait();
+}
+
 #else
 
 namespace {
@@ -95,7 +103,14 @@ int ChildProcess::Wait() {
   if (process == 0 || ::waitpid(process, &status, 0) != process) {
     return 99;
   }
-  return WIFEXITED(status) ? WEXITSTATUS(status) : 98;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : kKilled;
+}
+
+int ChildProcess::Kill() {
+  if (m_process != nullptr) {
+    (void)::kill(static_cast<pid_t>(reinterpret_cast<std::intptr_t>(m_process)), SIGKILL);
+  }
+  return Wait();
 }
 
 #endif

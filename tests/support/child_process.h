@@ -29,6 +29,10 @@ class ChildProcess {
   /// Waits for the end: 0 when the child's expectations held, another number when not or when it did not start.
   int Wait();
 
+  /// Ends the child at once, wherever it is: nothing of it runs afterwards. kKilled when it was still running, else as Wait.
+  int Kill();
+  static constexpr int kKilled = 98;
+
  private:
   void* m_process = nullptr;  // a handle, or the number of the process
 };
