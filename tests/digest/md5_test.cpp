@@ -96,7 +96,7 @@ TEST(Md5, WhereTheInputIsCutDoesNotMatter) {
 
 TEST(Md5, RandomPiecesOfRandomMessages) {
   std::mt19937 random(3);
-  for (int round = 0; round < 200; ++round) {
+  for (unsigned round = 0; round < 200; ++round) {
     const std::string bytes = RandomBytes(random() % 5000, round);
     qxv::Md5 md5;
     md5.Start();
