@@ -6,6 +6,7 @@
 #include "qxv/conversion.h"
 #include "qxv/crc.h"
 #include "qxv/dictionary.h"
+#include "qxv/disk.h"
 #include "qxv/export.h"
 #include "qxv/factories.h"
 #include "qxv/float_buffer.h"
