@@ -132,13 +132,16 @@ void Md5::Update(const unsigned char* data, std::size_t size) noexcept {
 }
 
 void Md5::Finish(unsigned char (&digest)[kMd5DigestSize]) noexcept {
-  unsigned char count[kCountSize];
-  Store(bitCount[0], count);
-  Store(bitCount[1], count + 4);
+  constexpr std::size_t kRoom = kMd5BlockSize - kCountSize;
   const std::size_t waiting = BytesWaiting();
-  const std::size_t room = kMd5BlockSize - kCountSize;
-  Update(padding, waiting < room ? room - waiting : kMd5BlockSize + room - waiting);
-  Update(count, kCountSize);
+  std::memcpy(block + waiting, padding, kMd5BlockSize - waiting);
+  if (waiting >= kRoom) {  // no place for the count behind the first byte of the padding
+    Transform(state, block, 1);
+    std::fill_n(block, kRoom, static_cast<unsigned char>(0));
+  }
+  Store(bitCount[0], block + kRoom);
+  Store(bitCount[1], block + kRoom + 4);
+  Transform(state, block, 1);
   for (int i = 0; i < 4; ++i) {
     Store(state[i], digest + 4 * i);
   }
