@@ -14,9 +14,9 @@
 #define QXV_API __attribute__((visibility("default")))
 #endif
 
-// A template's instance that the library hands out. Windows exports it where it is made; elsewhere its declaration decides, and a
-// source of the library that did not see it would make hidden copies, which hide the common one.
-#if defined(_WIN32) && defined(QXV_BUILDING)
+// A template's instance that the library hands out. Where its declaration decides on visibility, every source must see it: one
+// that made hidden copies would hide the common one. On Windows applications make their own copies.
+#if defined(_WIN32)
 #define QXV_API_INSTANCE(...) static_assert(true)
 #define QXV_API_MAKE_INSTANCE(...) template class QXV_API __VA_ARGS__
 #else
