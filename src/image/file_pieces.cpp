@@ -1,0 +1,142 @@
+// file_pieces.cpp - image files, read and written front to back in large pieces.
+
+#include "image/file_pieces.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace qxv {
+namespace {
+
+constexpr std::size_t kFirstPiece = 4096;  // a header; whoever wants no more should not wait for more
+
+}  // namespace
+
+Status FileReader::Open(const QXChar* name) {
+  os::OpenOptions options;
+  options.share = os::kShareRead | os::kShareWrite;
+  std::int64_t length = 0;
+  if (m_file.Open(name, options) != os::kErrorNone || os::GetFileLength(m_file.Handle(), length) != os::kErrorNone) {
+    return kStatusImageCannotRead;
+  }
+  m_piece.reset(new unsigned char[kFilePiece]);
+  m_length = static_cast<std::uint64_t>(length);
+  return kStatusOk;
+}
+
+void FileReader::GoTo(std::uint64_t position) noexcept {
+  const std::uint64_t start = m_position - m_at;
+  if (position >= start && position - start <= m_end) {
+    m_at = static_cast<std::size_t>(position - start);
+    m_position = position;
+    return;
+  }
+  m_at = m_end = 0;
+  m_position = position;
+  const bool moved =
+      os::SeekInFile(m_file.Handle(), static_cast<std::int64_t>(position), os::SeekOrigin::Begin) == os::kErrorNone;
+  if (!moved) {
+    m_length = 0;  // nothing is left, wherever we stand
+  }
+}
+
+std::span<const unsigned char> FileReader::Peek(std::size_t least) noexcept {
+  if (m_end - m_at >= least || Left() == m_end - m_at) {
+    return AtHand();
+  }
+  const bool first = m_position == 0 && m_end == 0;
+  std::memmove(m_piece.get(), m_piece.get() + m_at, m_end - m_at);
+  m_end -= m_at;
+  m_at = 0;
+  const std::size_t wanted = first ? std::max(kFirstPiece, least) : kFilePiece;
+  std::size_t done = 0;
+  (void)os::ReadFromFile(m_file.Handle(), {m_piece.get() + m_end, wanted - m_end}, done);
+  m_end += done;
+  return AtHand();
+}
+
+void FileReader::Skip(std::size_t count) noexcept {
+  m_at += count;
+  m_position += count;
+}
+
+std::span<const unsigned char> FileReader::Take(std::size_t count) noexcept {
+  const auto shown = Peek(count);
+  const auto taken = shown.first(std::min(count, shown.size()));
+  Skip(taken.size());
+  return taken;
+}
+
+bool FileReader::Read(std::span<unsigned char> bytes) noexcept {
+  while (!bytes.empty()) {
+    std::size_t done = 0;
+    if (m_at == m_end && bytes.size() >= kFilePiece) {  // past our memory
+      m_at = m_end = 0;
+      (void)os::ReadFromFile(m_file.Handle(), bytes, done);
+      m_position += done;
+    } else {
+      const auto shown = Peek(1);
+      done = std::min(shown.size(), bytes.size());
+      std::memcpy(bytes.data(), shown.data(), done);
+      Skip(done);
+    }
+    if (done == 0) {
+      return false;
+    }
+    bytes = bytes.subspan(done);
+  }
+  return true;
+}
+
+Status FileWriter::Open(const QXChar* name) {
+  m_piece.reset(new unsigned char[kFilePiece]);  // before a file is emptied
+  os::OpenOptions options;
+  options.access = os::FileAccess::Write;
+  options.disposition = os::FileDisposition::CreateAlways;
+  options.share = os::kShareRead | os::kShareWrite;
+  return m_file.Open(name, options) == os::kErrorNone ? kStatusOk : kStatusImageCannotCreate;
+}
+
+void FileWriter::Write(std::span<const unsigned char> bytes) noexcept {
+  if (bytes.size() >= kFilePiece) {
+    Flush();
+    WriteOut(bytes);
+    return;
+  }
+  while (!bytes.empty()) {
+    const auto room = Room(1);
+    const std::size_t count = std::min(room.size(), bytes.size());
+    std::memcpy(room.data(), bytes.data(), count);
+    Commit(count);
+    bytes = bytes.subspan(count);
+  }
+}
+
+void FileWriter::Zeros(std::size_t count) noexcept {
+  while (count > 0) {
+    const auto room = Room(1);
+    const std::size_t part = std::min(room.size(), count);
+    std::memset(room.data(), 0, part);
+    Commit(part);
+    count -= part;
+  }
+}
+
+std::span<unsigned char> FileWriter::Room(std::size_t least) noexcept {
+  if (kFilePiece - m_end < least) {
+    Flush();
+  }
+  return {m_piece.get() + m_end, kFilePiece - m_end};
+}
+
+void FileWriter::Flush() noexcept { WriteOut({m_piece.get(), std::exchange(m_end, 0)}); }
+
+// KEPT: errors of writing are not reported, so a file on a full disk ends early and the picture counts as written.
+//   Pinned by FileWriterKept.AFullDiskIsNotReported.
+void FileWriter::WriteOut(std::span<const unsigned char> bytes) noexcept {
+  std::size_t done = 0;
+  m_failed = m_failed || (!bytes.empty() && os::WriteToFile(m_file.Handle(), bytes, done) != os::kErrorNone);
+}
+
+}  // namespace qxv
