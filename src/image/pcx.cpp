@@ -5,6 +5,7 @@
 #include "image/pcx.h"
 
 #include "image/file_pieces.h"
+#include "image/pcx_planes.h"
 #include "image/pcx_runs.h"
 #include "streams/byte_reader.h"
 #include "streams/byte_writer.h"
@@ -101,12 +102,13 @@ bool ReadPalette(FileReader& file, PixelKind kind, Palette& palette) noexcept {
   return !in.Failed() && marker == kPaletteMarker;
 }
 
-// Values of one plane of one row, with the decoder's room behind them.
+// Values of one plane of one row.
 class PlaneRow {
  public:
   explicit PlaneRow(std::size_t size) : m_size(size), m_values(size + kPcxSlack) {}
 
   std::span<unsigned char> Values() noexcept { return {m_values.data(), m_size}; }
+  unsigned char* Data() noexcept { return m_values.data(); }
 
  private:
   std::size_t m_size;
@@ -123,15 +125,6 @@ bool DecodePlane(FileReader& in, PlaneRow& row) noexcept {
     in.Skip(used);
   }
   return true;
-}
-
-void StorePlanes(std::span<const unsigned char> red, std::span<const unsigned char> green, std::span<const unsigned char> blue,
-                 unsigned char* out) noexcept {
-  for (std::size_t i = 0; i < red.size(); ++i, out += kBytesPerPixel) {
-    out[0] = red[i];
-    out[1] = green[i];
-    out[2] = blue[i];
-  }
 }
 
 void StoreColours(std::span<const unsigned char> indices, const Palette& palette, unsigned char* out) noexcept {
@@ -154,7 +147,7 @@ bool DecodeThreePlanes(FileReader& in, std::size_t width, std::size_t height, un
     if (!DecodePlane(in, red) || !DecodePlane(in, green) || !DecodePlane(in, blue)) {
       return false;
     }
-    StorePlanes(red.Values(), green.Values(), blue.Values(), out);
+    JoinPlanes(red.Data(), green.Data(), blue.Data(), width, out);
   }
   return true;
 }
@@ -217,19 +210,10 @@ Status DecodeImage(FileReader& in, const Header& header, Picture& picture) {
   return whole ? kStatusOk : kStatusImageBadData;
 }
 
-void EncodePlane(FileWriter& out, std::span<const unsigned char> values) noexcept {
-  constexpr std::size_t kLeastRoom = 1024;
+void EncodePlane(FileWriter& out, PlaneRow& row) noexcept {
+  const auto values = row.Values();
   for (std::size_t done = 0; done < values.size();) {
-    out.Commit(EncodePcxRuns(values, done, out.Room(kLeastRoom)));
-  }
-}
-
-void SplitPlanes(const unsigned char* in, std::span<unsigned char> red, std::span<unsigned char> green,
-                 std::span<unsigned char> blue) noexcept {
-  for (std::size_t i = 0; i < red.size(); ++i, in += kBytesPerPixel) {
-    red[i] = in[0];
-    green[i] = in[1];
-    blue[i] = in[2];
+    out.Commit(EncodePcxRuns(values, done, out.Room(kLeastPcxRoom)));
   }
 }
 
@@ -259,10 +243,10 @@ void WriteHeader(FileWriter& file, const PictureView& picture) {
 
 void WriteImage(FileWriter& out, const PictureView& picture) {
   const auto width = static_cast<std::size_t>(picture.width);
-  std::vector<unsigned char> red(width), green(width), blue(width);
+  PlaneRow red(width), green(width), blue(width);
   const unsigned char* row = picture.pixels.data();
   for (std::int32_t n = 0; n < picture.height && width > 0; ++n, row += width * kBytesPerPixel) {
-    SplitPlanes(row, red, green, blue);
+    SplitPlanes(row, width, red.Data(), green.Data(), blue.Data());
     EncodePlane(out, red);
     EncodePlane(out, green);
     EncodePlane(out, blue);

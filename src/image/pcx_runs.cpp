@@ -1,6 +1,11 @@
-// pcx_runs.cpp - the runs of a PCX row, eight values at a time: most stand for themselves or are equal to their neighbours.
+// pcx_runs.cpp - the runs of a PCX row. Where runs begin stands in the bits of a word for each 64 bytes, so that what comes next
+// is known without a guess, and short stretches of values are moved as if they were long.
 
 #include "image/pcx_runs.h"
+
+#include "image/pcx_marks.h"
+#include "os/cpu.h"
+#include "os/intrinsics.h"
 
 #include <algorithm>
 #include <bit>
@@ -10,103 +15,213 @@
 namespace qxv {
 namespace {
 
-constexpr unsigned kRun = 0xC0;  // both bits set: the low six are a count
-constexpr std::size_t kWord = 8;
-constexpr std::uint64_t kLows = 0x0101010101010101;
-constexpr std::uint64_t kHighs = 0x8080808080808080;
+constexpr std::size_t kMostBlocks = 32;       // that are marked at once
+constexpr std::size_t kMostBlocksInFile = 8;  // there a block may stand for a whole row
+constexpr std::size_t kWide = sizeof(__m128i);
+constexpr std::size_t kLeast = 2 * kWide;  // that is moved at once
+static_assert(kPcxBlock + kLeast <= kPcxSlack);
+static_assert(2 * 2 * kPcxBlock + kLeast <= kLeastPcxRoom);  // two blocks, or a long run would never begin one
 
-// The byte at the lowest address is the lowest of the word, as on every system that we build for.
-static_assert(std::endian::native == std::endian::little);
+std::size_t FirstBit(std::uint64_t bits) noexcept { return static_cast<std::size_t>(std::countr_zero(bits)); }
 
-std::uint64_t Load(const unsigned char* bytes) noexcept {
-  std::uint64_t word;
-  std::memcpy(&word, bytes, sizeof word);
-  return word;
+void Store(unsigned char* bytes, __m128i values) noexcept { _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes), values); }
+
+// Both write whole registers: up to kWide - 1 bytes more than count, and at least kLeast.
+void CopyValues(unsigned char* out, const unsigned char* values, std::size_t count) noexcept {
+  const auto* in = reinterpret_cast<const __m128i*>(values);
+  Store(out, _mm_loadu_si128(in));
+  Store(out + kWide, _mm_loadu_si128(in + 1));
+  for (std::size_t i = kLeast; i < count; i += kWide) {
+    Store(out + i, _mm_loadu_si128(in + i / kWide));
+  }
 }
 
-// The highest bit of each byte from 0xC0 on.
-std::uint64_t NeedRun(std::uint64_t word) noexcept { return word & word << 1 & kHighs; }
+void FillValues(unsigned char* out, unsigned char value, std::size_t count) noexcept {
+  const __m128i values = _mm_set1_epi8(static_cast<char>(value));
+  Store(out, values);
+  Store(out + kWide, values);
+  for (std::size_t i = kLeast; i < count; i += kWide) {
+    Store(out + i, values);
+  }
+}
 
-// The highest bit of the first zero byte; bits of later bytes may be wrong.
-std::uint64_t FirstZero(std::uint64_t word) noexcept { return (word - kLows) & ~word & kHighs; }
+struct Decoding {
+  const unsigned char* at;
+  const unsigned char* end;
+  unsigned char* out;
+  unsigned char* full;
 
-std::size_t FirstByte(std::uint64_t marks) noexcept { return static_cast<std::size_t>(std::countr_zero(marks)) / 8; }
+  std::size_t BytesLeft() const noexcept { return static_cast<std::size_t>(end - at); }
+  std::size_t ValuesLeft() const noexcept { return static_cast<std::size_t>(full - out); }
 
-// Equal values from the start on, at most limit (1 or more).
-std::size_t RunLength(const unsigned char* values, std::size_t limit) noexcept {
-  const std::uint64_t first = kLows * values[0];
-  std::size_t length = 1;
-  for (; length + kWord <= limit; length += kWord) {
-    if (const std::uint64_t difference = Load(values + length) ^ first; difference != 0) {
-      return length + FirstByte(difference);
+  void Copy(std::size_t count) noexcept {
+    CopyValues(out, at, count);
+    at += count;
+    out += count;
+  }
+};
+
+// One block, whose runs are marked.
+// @return false where something in it does not fit into the row, and stands before that
+QXV_ALWAYS_INLINE bool DecodeBlock(Decoding& d, const unsigned char* block, std::uint64_t runs) noexcept {
+  while (runs != 0) {
+    const std::size_t run = FirstBit(runs);
+    const auto values = static_cast<std::size_t>(block + run - d.at);
+    const std::size_t length = block[run] - kPcxRun;
+    if (values + length > d.ValuesLeft()) {
+      return false;
+    }
+    d.Copy(values);
+    FillValues(d.out, d.at[1], length);
+    d.at += 2;
+    d.out += length;
+    runs &= ~(std::uint64_t{3} << run);  // the value of a run may look like another
+  }
+  const std::ptrdiff_t values = block + kPcxBlock - d.at;  // -1 behind a run that ends in the next block
+  if (values > 0) {
+    if (static_cast<std::size_t>(values) > d.ValuesLeft()) {
+      return false;
+    }
+    d.Copy(static_cast<std::size_t>(values));
+  }
+  return true;
+}
+
+// Blocks that are followed by what a run and a copy may read behind them.
+QXV_ALWAYS_INLINE void DecodeBlocks(Decoding& d) noexcept {
+  std::uint64_t runs[kMostBlocksInFile];
+  while (d.BytesLeft() >= kPcxBlock + 1 + kLeast && d.ValuesLeft() > 0) {
+    const unsigned char* block = d.at;
+    const std::size_t blocks = std::min((d.BytesLeft() - 1 - kLeast) / kPcxBlock, kMostBlocksInFile);
+    MarkPcxRuns(block, blocks, runs);
+    for (std::size_t i = 0; i < blocks; ++i, block += kPcxBlock) {
+      const bool beginsInside = d.at != block;  // its first byte is the value of a run
+      if (!DecodeBlock(d, block, beginsInside ? runs[i] & ~std::uint64_t{1} : runs[i])) {
+        return;
+      }
     }
   }
-  while (length < limit && values[length] == values[0]) {
-    ++length;
+}
+
+void DecodeOneByOne(Decoding& d) noexcept {
+  while (d.out != d.full && d.at != d.end) {
+    if (*d.at < kPcxRun) {
+      *d.out++ = *d.at++;
+      continue;
+    }
+    const std::size_t length = *d.at - kPcxRun;
+    if (d.BytesLeft() < 2 || length > d.ValuesLeft()) {
+      break;
+    }
+    std::memset(d.out, d.at[1], length);
+    d.at += 2;
+    d.out += length;
   }
-  return length;
+}
+
+struct Encoding {
+  const unsigned char* at;
+  const unsigned char* end;
+  unsigned char* out;
+  unsigned char* roomEnd;
+
+  std::size_t ValuesLeft() const noexcept { return static_cast<std::size_t>(end - at); }
+  std::size_t Room() const noexcept { return static_cast<std::size_t>(roomEnd - out); }
+
+  void Copy(std::size_t count) noexcept {
+    CopyValues(out, at, count);
+    at += count;
+    out += count;
+  }
+  void Run(std::size_t length) noexcept {
+    out[0] = static_cast<unsigned char>(kPcxRun + length);
+    out[1] = *at;
+    out += 2;
+    at += length;
+  }
+};
+
+// Marks of a block of values: those of 0xC0 and more, and those that are equal to the next value.
+struct Marks {
+  std::uint64_t high;
+  std::uint64_t equal;
+};
+
+// One block, or what there is of it, from the place reached in it on.
+// @param equalInNext  of the next block; null when it is not known
+// @return false before a run whose length that would tell
+QXV_ALWAYS_INLINE bool EncodeBlock(Encoding& e, const unsigned char* block, Marks marks, const std::uint64_t* equalInNext) noexcept {
+  constexpr std::uint64_t kLast = std::uint64_t{1} << (kPcxBlock - 1);
+  std::uint64_t runs = (marks.high | marks.equal) & ~std::uint64_t{0} << (e.at - block);
+  while (runs != 0) {
+    const std::uint64_t first = runs & (0 - runs);
+    const std::uint64_t ofRun = (marks.equal + first) ^ marks.equal;  // all its values: the sum carries to the last one
+    const std::size_t run = FirstBit(first);
+    e.Copy(static_cast<std::size_t>(block + run - e.at));
+    if ((ofRun & kLast) == 0) {
+      e.Run(FirstBit(ofRun + first) - run);
+      runs &= ~ofRun;
+      continue;
+    }
+    std::size_t length = kPcxBlock - run;
+    if ((marks.equal & kLast) != 0) {
+      if (equalInNext == nullptr) {
+        return false;
+      }
+      length += FirstBit(~*equalInNext) + 1;
+    }
+    e.Run(std::min(length, kLongestPcxRun));
+    if (e.at >= block + kPcxBlock) {
+      return true;
+    }
+    runs &= kLast;  // 63 of 64 equal values are done
+  }
+  e.Copy(std::min(static_cast<std::size_t>(block + kPcxBlock - e.at), e.ValuesLeft()));
+  return true;
+}
+
+constexpr std::uint64_t LowBits(std::size_t count) noexcept {  // below 64
+  return (std::uint64_t{1} << count) - 1;
+}
+
+// As many blocks as are marked at once and have room; a run that may be longer than is known begins the next ones.
+QXV_ALWAYS_INLINE void EncodeBlocks(Encoding& e) noexcept {
+  std::uint64_t high[kMostBlocks];
+  std::uint64_t equal[kMostBlocks];
+  const std::size_t blocks =
+      std::min({(e.ValuesLeft() + kPcxBlock - 1) / kPcxBlock, (e.Room() - kLeast) / (2 * kPcxBlock), kMostBlocks});
+  MarkPcxRuns(e.at, blocks, high);
+  MarkPcxEqual(e.at, blocks, equal);
+  if (blocks * kPcxBlock >= e.ValuesLeft()) {  // what stands behind the row does not count
+    const std::size_t last = (e.ValuesLeft() - 1) % kPcxBlock;
+    high[blocks - 1] &= LowBits(last) << 1 | 1;
+    equal[blocks - 1] &= LowBits(last);
+  }
+  const unsigned char* block = e.at;
+  for (std::size_t i = 0; i < blocks; ++i, block += kPcxBlock) {
+    if (!EncodeBlock(e, block, {high[i], equal[i]}, i + 1 < blocks ? &equal[i + 1] : nullptr)) {
+      return;
+    }
+  }
 }
 
 }  // namespace
 
 std::size_t DecodePcxRuns(std::span<const unsigned char> bytes, std::span<unsigned char> row, std::size_t& done) noexcept {
-  const unsigned char* at = bytes.data();
-  const unsigned char* const end = at + bytes.size();
-  unsigned char* out = row.data() + done;
-  unsigned char* const full = row.data() + row.size();
-  while (out != full && at != end) {
-    if (static_cast<std::size_t>(end - at) >= kWord) {  // values up to the next run
-      const std::uint64_t word = Load(at);
-      const std::uint64_t runs = NeedRun(word);
-      const std::size_t values = std::min<std::size_t>(runs == 0 ? kWord : FirstByte(runs), static_cast<std::size_t>(full - out));
-      std::memcpy(out, &word, kWord);
-      at += values;
-      out += values;
-      if (runs == 0 || out == full) {
-        continue;
-      }
-    } else if (*at < kRun) {
-      *out++ = *at++;
-      continue;
-    }
-    const std::size_t length = *at - kRun;
-    if (end - at < 2 || length > static_cast<std::size_t>(full - out)) {
-      break;
-    }
-    std::memset(out, at[1], kPcxSlack);
-    at += 2;
-    out += length;
-  }
-  done = static_cast<std::size_t>(out - row.data());
-  return static_cast<std::size_t>(at - bytes.data());
+  Decoding d{bytes.data(), bytes.data() + bytes.size(), row.data() + done, row.data() + row.size()};
+  DecodeBlocks(d);
+  DecodeOneByOne(d);
+  done = static_cast<std::size_t>(d.out - row.data());
+  return static_cast<std::size_t>(d.at - bytes.data());
 }
 
 std::size_t EncodePcxRuns(std::span<const unsigned char> row, std::size_t& done, std::span<unsigned char> room) noexcept {
-  const unsigned char* at = row.data() + done;
-  const unsigned char* const end = row.data() + row.size();
-  unsigned char* out = room.data();
-  unsigned char* const roomEnd = out + room.size();
-  while (at != end && static_cast<std::size_t>(roomEnd - out) >= kWord) {
-    if (static_cast<std::size_t>(end - at) > kWord) {  // values up to the next one that is a run or needs one
-      const std::uint64_t word = Load(at);
-      const std::uint64_t runs = NeedRun(word) | FirstZero(word ^ Load(at + 1));
-      const std::size_t values = runs == 0 ? kWord : FirstByte(runs);
-      std::memcpy(out, &word, kWord);
-      at += values;
-      out += values;
-      if (runs == 0 || static_cast<std::size_t>(roomEnd - out) < 2) {
-        continue;
-      }
-    }
-    const std::size_t length = RunLength(at, std::min<std::size_t>(static_cast<std::size_t>(end - at), kLongestPcxRun));
-    if (length > 1 || *at >= kRun) {
-      *out++ = static_cast<unsigned char>(kRun + length);
-    }
-    *out++ = *at;
-    at += length;
+  Encoding e{row.data() + done, row.data() + row.size(), room.data(), room.data() + room.size()};
+  while (e.at != e.end && e.Room() >= kLeastPcxRoom) {
+    EncodeBlocks(e);
   }
-  done = static_cast<std::size_t>(at - row.data());
-  return static_cast<std::size_t>(out - room.data());
+  done = static_cast<std::size_t>(e.at - row.data());
+  return static_cast<std::size_t>(e.out - room.data());
 }
 
 }  // namespace qxv

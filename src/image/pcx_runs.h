@@ -10,8 +10,11 @@ namespace qxv {
 
 inline constexpr std::size_t kLongestPcxRun = 63;
 
-/// Bytes behind the values of a row that the decoder may write to.
-inline constexpr std::size_t kPcxSlack = 64;
+/// Bytes that must stand behind a row: the encoder may read them, the decoder write them.
+inline constexpr std::size_t kPcxSlack = 96;
+
+/// Room in which the encoder gets further.
+inline constexpr std::size_t kLeastPcxRoom = 512;
 
 /// The fewest bytes that can stand for so many values.
 constexpr std::size_t FewestPcxBytes(std::size_t values) noexcept {
@@ -25,7 +28,8 @@ constexpr std::size_t FewestPcxBytes(std::size_t values) noexcept {
 /// @return bytes used; 0 when nothing could be decoded
 std::size_t DecodePcxRuns(std::span<const unsigned char> bytes, std::span<unsigned char> row, std::size_t& done) noexcept;
 
-/// Encodes row from done on, until its end or while two bytes of room are left for each run or value.
+/// Encodes row from done on, until its end or until less than kLeastPcxRoom bytes of room are left.
+/// @param row  followed by kPcxSlack bytes
 /// @return bytes written
 std::size_t EncodePcxRuns(std::span<const unsigned char> row, std::size_t& done, std::span<unsigned char> room) noexcept;
 

@@ -6,6 +6,7 @@
 
 #include "image/file_pieces.h"
 #include "image/rows.h"
+#include "os/intrinsics.h"
 #include "streams/byte_reader.h"
 #include "streams/byte_writer.h"
 
@@ -101,10 +102,22 @@ void Unpack(const unsigned char* in, std::size_t pixels, unsigned char* out) noe
   }
 }
 
+// Four pixels at a time; the last four may overlap those before them.
 void Fill(std::uint32_t pixel, std::size_t pixels, unsigned char* out) noexcept {
-  for (; pixels > 0; --pixels, out += kBytesPerPixel) {
-    std::memcpy(out, &pixel, kBytesPerPixel);
+  constexpr std::size_t kWide = sizeof(__m128i) / kBytesPerPixel;
+  if (pixels < kWide) {
+    for (; pixels > 0; --pixels, out += kBytesPerPixel) {
+      std::memcpy(out, &pixel, kBytesPerPixel);
+    }
+    return;
   }
+  const __m128i four = _mm_set1_epi32(static_cast<int>(pixel));
+  const auto store = [four](unsigned char* place) { _mm_storeu_si128(reinterpret_cast<__m128i*>(place), four); };
+  unsigned char* const last = out + (pixels - kWide) * kBytesPerPixel;
+  for (; out < last; out += sizeof four) {
+    store(out);
+  }
+  store(last);
 }
 
 // Where the next pixels of the file go.

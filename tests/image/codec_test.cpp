@@ -171,7 +171,7 @@ TYPED_TEST(CodecMalformed, RandomBytes) {
       ASSERT_EQ(codec.Pixels(), nullptr);
     } else if (codec.Pixels() != nullptr) {
       const unsigned bytesPerPixel = codec.Layout() == 1 ? 4 : 3;
-      ASSERT_EQ(support::AllocationSize(codec.Pixels()), qxv::PixelBytes(codec.Width(), codec.Height(), bytesPerPixel));
+      ASSERT_EQ(AllocatedPixels(codec), qxv::PixelBytes(codec.Width(), codec.Height(), bytesPerPixel));
     }
   }
 }
