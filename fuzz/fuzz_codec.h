@@ -3,6 +3,7 @@
 #pragma once
 
 #include "fuzz/fuzz_input.h"
+#include "image/layout_codes.h"
 #include "image/picture_codec.h"
 
 #include <cstdint>
