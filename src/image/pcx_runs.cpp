@@ -150,7 +150,8 @@ struct Marks {
 // One block, or what there is of it, from the place reached in it on.
 // @param equalInNext  of the next block; null when it is not known
 // @return false before a run whose length that would tell
-QXV_ALWAYS_INLINE bool EncodeBlock(Encoding& e, const unsigned char* block, Marks marks, const std::uint64_t* equalInNext) noexcept {
+QXV_ALWAYS_INLINE bool EncodeBlock(Encoding& e, const unsigned char* block, Marks marks,
+                                   const std::uint64_t* equalInNext) noexcept {
   constexpr std::uint64_t kLast = std::uint64_t{1} << (kPcxBlock - 1);
   std::uint64_t runs = (marks.high | marks.equal) & ~std::uint64_t{0} << (e.at - block);
   while (runs != 0) {

@@ -34,7 +34,7 @@ struct Header {
 };
 
 // KEPT: an image ID and a colour map are not skipped, so the pixels of a file that has one are misread by its length.
-//   Pinned by TgaKept.AnImageIdIsReadAsPixels.
+//   Pinned by TgaKept.AnImageIdIsReadAsPixels and TgaKept.AColourMapIsReadAsPixels.
 Status ReadHeader(FileReader& file, Header& header) noexcept {
   ByteReader in(file.Take(kBeforeSides + 2 + 2 + 1 + 1));
   in.Skip(1 + 1);            // 0: length of the image ID, colour map type

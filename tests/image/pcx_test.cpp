@@ -2,8 +2,8 @@
 
 #include "image/pcx.h"
 
-#include "image/codec_files.h"
 #include "image/file_pieces.h"
+#include "image/pcx_file.h"
 
 #include <gtest/gtest.h>
 
@@ -13,56 +13,8 @@
 namespace {
 
 using namespace image_test;
+using namespace image_test::pcx;
 using qxv::CQXVPcx;
-
-struct Fields {
-  std::uint64_t manufacturer = 10;
-  std::uint64_t version = 5;
-  std::uint64_t encoding = 1;
-  std::uint64_t bits = 8;
-  std::uint64_t left = 0;
-  std::uint64_t top = 0;
-  std::uint64_t right = 1;
-  std::uint64_t bottom = 0;
-  std::uint64_t resolutionX = 0;
-  std::uint64_t resolutionY = 0;
-  std::uint64_t reserved = 0;
-  std::uint64_t planes = 3;
-  std::uint64_t bytesPerLine = 2;
-  std::uint64_t paletteInformation = 1;
-  char filler = '\0';  // of the palette of 16 colours, and of the last 58 bytes
-};
-
-std::string File(const Fields& f, const std::string& behindHeader) {
-  return Number(f.manufacturer, 1) + Number(f.version, 1) + Number(f.encoding, 1) + Number(f.bits, 1) + U16(f.left) + U16(f.top) +
-         U16(f.right) + U16(f.bottom) + U16(f.resolutionX) + U16(f.resolutionY) + std::string(48, f.filler) +
-         Number(f.reserved, 1) + Number(f.planes, 1) + U16(f.bytesPerLine) + U16(f.paletteInformation) +
-         std::string(58, f.filler) + behindHeader;
-}
-
-enum class Kind { Colour, Indices, Grey, Bits };
-
-Fields Sides(unsigned width, unsigned height, Kind kind = Kind::Colour) {
-  Fields fields;
-  fields.right = width - 1;
-  fields.bottom = height - 1;
-  fields.bits = kind == Kind::Bits ? 1 : 8;
-  fields.planes = kind == Kind::Colour ? 3 : 1;
-  fields.paletteInformation = kind == Kind::Grey ? 2 : 1;
-  return fields;
-}
-
-// Entry i is i, i + 1, i + 2.
-std::string Palette(int marker = 12) {
-  std::string bytes = Bytes({marker});
-  for (int i = 0; i < 256; ++i) {
-    bytes += Bytes({i, i + 1, i + 2});
-  }
-  return bytes;
-}
-
-std::string Colour(int index) { return Bytes({index, index + 1, index + 2}); }
-std::string Grey(int value) { return Bytes({value, value, value}); }
 
 // The planes of one row of grey pixels.
 std::string Written(const std::string& row) {
@@ -303,105 +255,6 @@ TEST(Pcx, EveryFieldAtItsLimits) {
   Fields fields;
   fields.filler = '\xFF';
   EXPECT_EQ(Decode<CQXVPcx>(File(fields, "adbecf")), good);
-}
-
-TEST(PcxMalformed, SidesBelowOneAreRefusedInBothModes) {
-  Fields narrow, flat;
-  narrow.left = 3, narrow.right = 2;
-  flat.top = 65535, flat.bottom = 0;
-  for (const Fields& fields : {narrow, flat}) {
-    EXPECT_EQ(DecodeHeader<CQXVPcx>(File(fields, "adbecf")), Refused<CQXVPcx>());
-    EXPECT_EQ(Decode<CQXVPcx>(File(fields, "adbecf")), Refused<CQXVPcx>());
-  }
-}
-
-TEST(PcxMalformed, ARunBeyondTheRowIsRefused) {
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(2, 1),
-                                 "\xC3"
-                                 "abecf....")),
-            Refused<CQXVPcx>());
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(2, 1),
-                                 "a\xC2"
-                                 "abecf....")),
-            Refused<CQXVPcx>());
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(2, 1, Kind::Grey),
-                                 "\xFF"
-                                 "abecf....")),
-            Refused<CQXVPcx>());
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(16, 1, Kind::Bits),
-                                 "\xC3"
-                                 "abecf....")),
-            Refused<CQXVPcx>());
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(2, 1, Kind::Indices),
-                                 "\xC3"
-                                 "abecf...." +
-                                     Palette())),
-            Refused<CQXVPcx>());
-}
-
-TEST(PcxMalformed, RunsOfNoneEndWithTheFile) {
-  std::string runs;
-  for (int i = 0; i < 300'000; ++i) {
-    runs +=
-        "\xC0"
-        "a";
-  }
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(2, 1), runs)), Refused<CQXVPcx>());
-}
-
-TEST(PcxMalformed, APaletteWithoutItsMarkerIsRefused) {
-  const std::string pixels = Bytes({1, 2});
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(2, 1, Kind::Indices), pixels + Palette(12))), WithPixels(2, 1, Colour(1) + Colour(2)));
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(2, 1, Kind::Indices), pixels + Palette(11))), Refused<CQXVPcx>());
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(2, 1, Kind::Indices), pixels + Palette() + ".")), Refused<CQXVPcx>());
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(2, 1, Kind::Indices), pixels)), Refused<CQXVPcx>()) << "a file of less than 769 bytes";
-  EXPECT_EQ(DecodeHeader<CQXVPcx>(File(Sides(2, 1, Kind::Indices), pixels)), Sized(2, 1)) << "the palette belongs to the pixels";
-}
-
-TEST(PcxMalformed, ClaimsThatTheFileCannotHoldAllocateNothing) {
-  RefusesWithoutAllocating<CQXVPcx>(File(Sides(65536, 65536), ""));
-  RefusesWithoutAllocating<CQXVPcx>(File(Sides(65536, 65536, Kind::Indices), Palette()));
-  RefusesWithoutAllocating<CQXVPcx>(File(Sides(65536, 65536, Kind::Grey), Zeros(1000)));
-  RefusesWithoutAllocating<CQXVPcx>(File(Sides(65536, 65536, Kind::Bits), Zeros(1000)));
-  RefusesWithoutAllocating<CQXVPcx>(File(Sides(65, 2), std::string(23, '\xFF')));  // 2 rows of 3 times 2 + 2
-}
-
-TEST(PcxMalformed, TheFewestBytesSuffice) {
-  const std::string row =
-      "\xFF"
-      "a\xC2"
-      "b";  // 65 values
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(65, 1, Kind::Grey), row)).status, 0u);
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(64, 1, Kind::Grey),
-                                 "\xFF"
-                                 "ab"))
-                .status,
-            0u);
-  EXPECT_EQ(Decode<CQXVPcx>(File(Sides(63, 1, Kind::Grey),
-                                 "\xFF"
-                                 "a"))
-                .status,
-            0u);
-}
-
-TEST(PcxMalformed, EveryPrefix) {
-  SweepPrefixes<CQXVPcx>(File(Sides(2, 2),
-                              "adbecf"
-                              "\xC2"
-                              "ghkil"),
-                         128, 128 + 12);
-  SweepPrefixes<CQXVPcx>(File(Sides(40, 1, Kind::Grey),
-                              "\xC5"
-                              "a\xC1\xFF"
-                              "bcde\xDD"
-                              "fx"),
-                         128, 128 + 11);
-  SweepPrefixes<CQXVPcx>(File(Sides(17, 2, Kind::Bits),
-                              "abc\xC3"
-                              "d"),
-                         128, 128 + 5);
-  const std::string indices = File(Sides(2, 1, Kind::Indices), "\x01\x02" + Palette(12));
-  SweepPrefixes<CQXVPcx>(indices, 128, indices.size());
 }
 
 TEST(PcxKept, PadByteShiftsTheRow) {
