@@ -61,6 +61,8 @@ struct Decoding {
   }
 };
 
+// The functions on blocks are inlined so that the places stay in registers: every byte written might else have changed them.
+
 // One block, whose runs are marked.
 // @return false where something in it does not fit into the row, and stands before that
 QXV_ALWAYS_INLINE bool DecodeBlock(Decoding& d, const unsigned char* block, std::uint64_t runs) noexcept {

@@ -10,10 +10,10 @@ namespace qxv {
 enum class RowOrder { TopDown, BottomUp };
 
 struct RowShape {
-  std::size_t rowBytes;  // without padding
-  std::size_t height;
-  RowOrder order;           // in the file
-  std::size_t padding = 0;  // bytes behind each row in the file
+  std::size_t rowBytes = 0;  // without padding
+  std::size_t height = 0;
+  RowOrder order = RowOrder::TopDown;  // in the file
+  std::size_t padding = 0;             // bytes behind each row in the file
 };
 
 /// The place of the file's row n among the rows in memory.
