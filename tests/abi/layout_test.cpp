@@ -1,6 +1,7 @@
 // layout_test.cpp - sizes, offsets and values of the interface's records: frozen, and the same bytes on both systems.
 // One block a header. What can be known to the compiler is asserted there; the tests look at bytes and run-time values.
 
+#include "jpeg_codec/jpeg_codec.h"
 #include "qxv/array.h"
 #include "qxv/crc.h"
 #include "qxv/float_buffer.h"
@@ -251,5 +252,14 @@ TEST(XmlLayout, MembersStandBehindTheTable) {
   EXPECT_EQ(PlaceOf(node, node.m_arrAtt), 16);
   EXPECT_EQ(PlaceOf(node, node.m_arrNode), 48);
 }
+// ---- jpeg_codec.h: the records that a codec library in its place must know too
+
+static_assert(sizeof(QXVJpegStream) == 24 && offsetof(QXVJpegStream, length) == 0 && sizeof(QXVJpegStream::length) == 4);
+static_assert(offsetof(QXVJpegStream, data) == 8);
+static_assert(sizeof(QXVJpegImage) == 1048 && offsetof(QXVJpegImage, pixels) == 0);
+static_assert(offsetof(QXVJpegImage, format) == 1032 && sizeof(QXVJpegImage::format) == 2);
+static_assert(offsetof(QXVJpegImage, width) == 1036 && sizeof(QXVJpegImage::width) == 4);
+static_assert(offsetof(QXVJpegImage, height) == 1040 && sizeof(QXVJpegImage::height) == 4);
+static_assert(sizeof(QXVJpegParameters) == 16 && offsetof(QXVJpegParameters, quality) == 0);
 
 }  // namespace
