@@ -71,6 +71,12 @@ class FileWriter {
   [[nodiscard]] std::span<unsigned char> Room(std::size_t least) noexcept;
   void Commit(std::size_t count) noexcept { m_end += count; }
 
+  /// Writes what is still in memory; whether all was written.
+  [[nodiscard]] bool Finish() noexcept {
+    Flush();
+    return !m_failed;
+  }
+
  private:
   void Flush() noexcept;
   void WriteOut(std::span<const unsigned char> bytes) noexcept;

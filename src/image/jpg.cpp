@@ -1,0 +1,103 @@
+// jpg.cpp - CQXVJpg, JPG files through the JPEG codec library.
+// In memory: B, G, R a pixel, rows top-down, no padding. In the file: whatever that library makes of the pixels.
+
+#include "image/jpg.h"
+
+#include "image/file_pieces.h"
+#include "image/rows.h"
+#include "jpeg_codec/jpeg_codec.h"
+
+#include <limits>
+
+namespace qxv {
+namespace {
+
+constexpr unsigned kBytesPerPixel = 3;
+constexpr std::uint64_t kShortestFile = 3;
+constexpr std::uint64_t kLongestFile = std::numeric_limits<std::uint32_t>::max();
+constexpr double kQuality = 70.0;
+
+// A file's bytes, as the codec library takes and gives them.
+struct Compressed {
+  std::unique_ptr<unsigned char[]> bytes{};
+  QXVJpegStream stream{};
+};
+
+[[nodiscard]] Status ReadCompressed(const QXChar* name, Compressed& file) {
+  FileReader in;
+  if (in.Open(name) != kStatusOk || in.Length() < kShortestFile || in.Length() > kLongestFile) {
+    return kStatusImageForeign;
+  }
+  const auto length = static_cast<std::size_t>(in.Length());
+  file.bytes.reset(new unsigned char[length]);
+  file.stream.data = file.bytes.get();
+  file.stream.length = static_cast<std::uint32_t>(length);
+  return in.Read({file.stream.data, length}) ? kStatusOk : kStatusImageForeign;
+}
+
+// Into a block with the room that the library is promised; the picture stays where it was decoded, at its start.
+[[nodiscard]] Status DecodeImage(const Compressed& file, QXVJpegImage& image, Picture& picture) {
+  picture.pixels.reset(new unsigned char[static_cast<std::size_t>(JpegDecodeRoom(image.width, image.height))]);
+  image.pixels = picture.pixels.get();
+  return ::DecodeJpeg(&file.stream, &image) == 0 ? kStatusOk : kStatusImageForeign;
+}
+
+// KEPT: rows are turned over on writing and not on reading; the library turns them over once more, so pictures stand upright both
+//   ways, and come back upside down where another library in its place does not. Pinned by
+//   JpgKept.RowsAreTurnedOverOnWritingOnly.
+[[nodiscard]] Status EncodeImage(const PictureView& picture, Compressed& file) {
+  const RowShape shape{std::size_t{kBytesPerPixel} * static_cast<std::uint32_t>(picture.width),
+                       static_cast<std::uint32_t>(picture.height), RowOrder::BottomUp};
+  const std::unique_ptr<unsigned char[]> rows(new unsigned char[shape.rowBytes * shape.height]);
+  CopyRows(shape, picture.pixels.data(), rows.get());
+  file.bytes.reset(new unsigned char[static_cast<std::size_t>(JpegEncodeRoom(picture.width, picture.height))]);
+  file.stream.data = file.bytes.get();
+  QXVJpegImage image{};
+  image.pixels = rows.get();
+  image.format = kJpegRowsBottomUp;
+  image.width = picture.width;
+  image.height = picture.height;
+  const QXVJpegParameters parameters{kQuality, 0};
+  return ::EncodeJpeg(&image, &parameters, &file.stream) == 0 ? kStatusOk : kStatusImageForeign;
+}
+
+[[nodiscard]] Status WriteCompressed(const QXChar* name, const Compressed& file) {
+  FileWriter out;
+  if (out.Open(name) != kStatusOk) {
+    return kStatusImageForeign;
+  }
+  out.Write({file.stream.data, file.stream.length});
+  return out.Finish() ? kStatusOk : kStatusImageForeign;
+}
+
+}  // namespace
+
+Status CQXVJpg::Read(const QXChar* name, ReadExtent extent) {
+  Compressed file;
+  if (const Status status = ReadCompressed(name, file); status != kStatusOk) {
+    return status;
+  }
+  QXVJpegImage image{};
+  if (::GetJpegInfo(&file.stream, &image) != 0 || !IsJpegSize(image.width, image.height)) {
+    return kStatusImageForeign;
+  }
+  Picture picture{image.width, image.height};
+  if (extent == ReadExtent::Pixels) {
+    if (const Status status = DecodeImage(file, image, picture); status != kStatusOk) {
+      return status;
+    }
+  }
+  Commit(std::move(picture));
+  return kStatusOk;
+}
+
+Status CQXVJpg::Write(const QXChar* name, const PictureView& picture) const {
+  if (!IsJpegSize(picture.width, picture.height) || CheckPicture(picture, kBytesPerPixel) != kStatusOk) {
+    return kStatusImageForeign;
+  }
+  Compressed file;
+  const Status status = EncodeImage(picture, file);
+  return status == kStatusOk ? WriteCompressed(name, file) : status;
+}
+
+}  // namespace qxv
