@@ -28,6 +28,7 @@ inline constexpr Status kStatusImageCannotCreate = 0x89601A14;  // the file to b
 inline constexpr Status kStatusImageCannotRead = 0x89601A15;    // the file cannot be opened, or not be read whole
 inline constexpr Status kStatusImageBadData = 0x89601A16;
 inline constexpr Status kStatusImageNoPixelSize = 0x89601A17;  // a pixel layout without a byte size
+inline constexpr Status kStatusImageBadCode = 0x89601A18;      // no such code width, or nothing to encode
 inline constexpr Status kStatusImageForeign = 0xFFFFFFFF;      // -1: a library that decodes or encodes for us refused
 
 }  // namespace qxv
