@@ -8,6 +8,7 @@
 
 #include "os/code_page_table.h"
 #include "os/counted_output.h"
+#include "os/language.h"
 
 #include <cstdlib>
 
@@ -22,12 +23,7 @@ unsigned ReadAnsiCodePage() noexcept {
       return static_cast<unsigned>(page);
     }
   }
-  for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    if (const char* name = std::getenv(variable); name != nullptr && *name != 0) {
-      return CodePageOfLocale(name);
-    }
-  }
-  return CodePageOfLocale(nullptr);
+  return CodePageOfLocale(EnvironmentLocale());
 }
 
 }  // namespace
