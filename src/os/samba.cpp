@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 
 namespace qxv::os {
 namespace {
@@ -127,13 +128,12 @@ class Reader {
       m_current = kGlobal;
       return;
     }
-    const auto found = std::find_if(m_sections.begin(), m_sections.end(),
-                                    [&](const Section& section) { return Folded(section.name, false) == folded; });
-    m_current = static_cast<std::size_t>(found - m_sections.begin());
-    if (found == m_sections.end()) {
+    const auto [place, isNew] = m_places.try_emplace(folded, m_sections.size());
+    if (isNew) {
       m_sections.push_back(m_defaults);
       m_sections.back().name = name;
     }
+    m_current = place->second;
   }
 
   void SetGlobal(const std::string& name, std::string_view value) {
@@ -176,6 +176,7 @@ class Reader {
   SambaConfiguration m_result;
   Section m_defaults;
   std::vector<Section> m_sections;
+  std::map<std::string, std::size_t> m_places;  // of the sections, by lower-case name
   std::size_t m_current = kGlobal;
   int m_depth = 0;
   int m_includes = 0;

@@ -2,6 +2,7 @@
 // One block a header. What can be known to the compiler is asserted there; the tests look at bytes and run-time values.
 
 #include "jpeg_codec/jpeg_codec.h"
+#include "netpath/net_path_exchange.h"
 #include "qxv/array.h"
 #include "qxv/crc.h"
 #include "qxv/float_buffer.h"
@@ -211,6 +212,22 @@ TEST(RegisterLayout, ANewOneHasNoKeyBehindItsVirtualTable) {
   static_assert(sizeof fields == sizeof subject);
   std::memcpy(&fields, static_cast<const void*>(&subject), sizeof fields);
   EXPECT_EQ(fields.key, nullptr);
+// ---- the table of network paths: what an exchange holds, in its order behind the virtual table
+
+static_assert(sizeof(qxv::SNetPathItem) == 24 && std::is_standard_layout_v<qxv::SNetPathItem>);
+static_assert(offsetof(qxv::SNetPathItem, NamePath) == 0 && offsetof(qxv::SNetPathItem, IPPath) == 8);
+static_assert(offsetof(qxv::SNetPathItem, LocalPath) == 16);
+
+TEST(NetPathLayout, FlagItemsHostAndSpecialDrivesFollowTheVirtualTable) {
+  const qxv::CQXNetPathExchange exchange;
+  const auto offset = [&](const void* member) {
+    return static_cast<const char*>(member) - reinterpret_cast<const char*>(&exchange);
+  };
+  EXPECT_EQ(offset(&exchange.initialised), 8);
+  EXPECT_EQ(sizeof exchange.initialised, 4u);
+  EXPECT_EQ(offset(&exchange.items), 16);
+  EXPECT_EQ(offset(&exchange.hostPrefix), 16 + static_cast<int>(sizeof exchange.items));
+  EXPECT_EQ(offset(&exchange.specialDrives), 24 + static_cast<int>(sizeof exchange.items));
 }
 
 // ---- trace.h: name, number; the threshold is one signed 32-bit word outside

@@ -2,13 +2,13 @@
 
 #include "qxv/net_path.h"
 
+#include "os/network.h"
 #include "support/environment.h"
 #include "support/private_registry.h"
 #include "support/temp_folder.h"
 #include "support/text.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -19,11 +19,10 @@ using support::ScopedVariable;
 using support::Text;
 using support::TextOf;
 
-std::u16string HostName() {
-  char name[256] = {};
-  EXPECT_EQ(::gethostname(name, sizeof name - 1), 0);
-  const std::string host(name);
-  return std::u16string(host.begin(), host.begin() + static_cast<std::ptrdiff_t>(std::min(host.find('.'), host.size())));
+Text HostName() {
+  Text name;
+  EXPECT_TRUE(qxv::os::SystemNetwork().ComputerName(name));
+  return name;
 }
 
 class NetPathSamba : public testing::Test {

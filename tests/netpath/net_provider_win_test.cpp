@@ -4,14 +4,14 @@
 #include "qxv/identity.h"
 #include "qxv/net_path.h"
 
-#include "netpath/fake_provider.h"
 #include "os/network.h"
 #include "os/registry.h"
+#include "os/win_api.h"
+#include "support/fake_provider.h"
 #include "support/private_registry.h"
 #include "support/text.h"
 
 #include <gtest/gtest.h>
-#include <windows.h>
 
 #include <string>
 

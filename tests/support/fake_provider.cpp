@@ -1,6 +1,6 @@
 // fake_provider.cpp - a network provider for the system's real provider library: it lists the shares that the test names.
 
-#include "netpath/fake_provider.h"
+#include "support/fake_provider.h"
 
 #include <winnetwk.h>
 extern "C" {
