@@ -32,7 +32,7 @@ struct Network final : qxv::os::NetworkSource {
     return true;
   }
   bool PublishedShares(const qxv::os::Text&, std::vector<qxv::os::PublishedShare>&) override { return false; }
-  bool DriveConnection(QXChar, qxv::os::Text&) override { return false; }
+  std::vector<qxv::os::ConnectedDrive> ConnectedDrives() override { return {}; }
   bool LookUpHost(const std::string& name, std::vector<qxv::os::HostAddress>& addresses) override {
     std::string lower;
     for (const char byte : name) {

@@ -14,7 +14,6 @@ namespace {
 using os::Text;
 using os::TextView;
 
-constexpr std::size_t kLongestConnection = 1023;
 constexpr std::size_t kDriveRootLength = 3;  // X:\ .
 constexpr std::size_t kSpecialNameRoom = 260;
 constexpr const QXChar* kSpecialDrives = QXT("SOFTWARE\\Quelta\\QXSpecialDrivers");
@@ -94,16 +93,12 @@ void CQXNetPathExchange::AddPublishedShares() {
 }
 
 void CQXNetPathExchange::AddConnectedDrives() {
-  for (QXChar letter = QXT('C'); letter <= QXT('Z'); ++letter) {
-    Text remoteName;
-    if (!os::Network().DriveConnection(letter, remoteName) || remoteName.size() > kLongestConnection || remoteName.empty()) {
-      continue;
-    }
-    const QXChar drive[] = {letter, QXT(':'), 0};
-    if (IsDottedAddress(HostOf(remoteName))) {
-      AddItem(nullptr, remoteName.c_str(), drive);
+  for (const os::ConnectedDrive& connected : os::Network().ConnectedDrives()) {
+    const QXChar drive[] = {connected.letter, QXT(':'), 0};
+    if (IsDottedAddress(HostOf(connected.remoteName))) {
+      AddItem(nullptr, connected.remoteName.c_str(), drive);
     } else {
-      AddItem(remoteName.c_str(), nullptr, drive);
+      AddItem(connected.remoteName.c_str(), nullptr, drive);
     }
   }
 }

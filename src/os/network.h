@@ -17,6 +17,15 @@ struct PublishedShare {
   Text settings;    // texts such as "Path=D:\media", a zero unit behind each; not always one behind the last
 };
 
+/// A drive letter and what it is connected to.
+struct ConnectedDrive {
+  QXChar letter;
+  Text remoteName;  // such as \\server\share, never empty
+};
+
+inline constexpr QXChar kFirstNetworkDrive = QXT('C');
+inline constexpr QXChar kLastNetworkDrive = QXT('Z');
+
 /// The four bytes of an address of version 4, in network order.
 using HostAddress = std::array<unsigned char, 4>;
 
@@ -35,8 +44,8 @@ class NetworkSource {
   /// whose settings take more than 2,048 bytes.
   [[nodiscard]] virtual bool PublishedShares(const Text& container, std::vector<PublishedShare>& shares) = 0;
 
-  /// What a drive letter (C to Z) is connected to, such as \\server\share; at most 1,023 units.
-  [[nodiscard]] virtual bool DriveConnection(QXChar letter, Text& remoteName) = 0;
+  /// The network drives among C to Z, in this order. One whose remote name is longer than 1,023 units is left out.
+  virtual std::vector<ConnectedDrive> ConnectedDrives() = 0;
 
   /// The addresses of a host, which may be none. The name is in the ANSI code page; an empty one is this computer.
   [[nodiscard]] virtual bool LookUpHost(const std::string& name, std::vector<HostAddress>& addresses) = 0;

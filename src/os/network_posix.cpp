@@ -11,7 +11,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <memory>
 
@@ -68,19 +67,18 @@ class LinuxNetwork final : public NetworkSource {
     return true;
   }
 
-  bool DriveConnection(QXChar letter, Text& remoteName) override {
-    const std::vector<Drive> drives = MappedDrives();
-    const auto drive = std::find_if(drives.begin(), drives.end(), [&](const Drive& each) { return each.letter == letter; });
+  std::vector<ConnectedDrive> ConnectedDrives() override {
+    std::vector<ConnectedDrive> connected;
     std::string mounts;
-    if (drive == drives.end() || !ReadNativeFile(MountTablePath(), kLargestMountTable, mounts)) {
-      return false;
+    (void)ReadNativeFile(MountTablePath(), kLargestMountTable, mounts);  // without it nothing is connected
+    for (const Drive& drive : MappedDrives()) {
+      Text name = NetworkNameOfFolder(mounts, WithoutLinks(drive.root));
+      if (drive.letter >= kFirstNetworkDrive && drive.letter <= kLastNetworkDrive && !name.empty() &&
+          name.size() <= kLongestConnection) {
+        connected.push_back({drive.letter, std::move(name)});
+      }
     }
-    Text name = NetworkNameOfFolder(mounts, WithoutLinks(drive->root));
-    if (name.empty() || name.size() > kLongestConnection) {
-      return false;
-    }
-    remoteName = std::move(name);
-    return true;
+    return connected;
   }
 
   bool LookUpHost(const std::string& name, std::vector<HostAddress>& addresses) override { return ResolveHost(name, addresses); }

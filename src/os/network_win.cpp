@@ -151,17 +151,19 @@ class WindowsNetwork final : public NetworkSource {
     return true;
   }
 
-  bool DriveConnection(QXChar letter, Text& remoteName) override {
+  std::vector<ConnectedDrive> ConnectedDrives() override {
     const ProviderLibrary library;
     const auto ask = library.Find<decltype(::WNetGetConnectionW)>("WNetGetConnectionW");
-    const QXChar drive[] = {letter, QXT(':'), 0};
-    QXChar units[kConnectionRoom] = {};
-    DWORD room = kConnectionRoom;
-    if (ask == nullptr || ask(drive, units, &room) != NO_ERROR) {
-      return false;
+    std::vector<ConnectedDrive> drives;
+    for (QXChar letter = kFirstNetworkDrive; ask != nullptr && letter <= kLastNetworkDrive; ++letter) {
+      const QXChar drive[] = {letter, QXT(':'), 0};
+      QXChar units[kConnectionRoom] = {};
+      DWORD room = kConnectionRoom;
+      if (ask(drive, units, &room) == NO_ERROR && units[0] != 0) {
+        drives.push_back({letter, Text(units, TextLength(units, kConnectionRoom - 1))});
+      }
     }
-    remoteName.assign(units, TextLength(units, kConnectionRoom - 1));
-    return true;
+    return drives;
   }
 
   bool LookUpHost(const std::string& name, std::vector<HostAddress>& addresses) override { return ResolveHost(name, addresses); }

@@ -70,7 +70,7 @@ TEST_F(NetPathTable, NothingIsAskedBeforeTheTableIsBuilt) {
   EXPECT_EQ(exchange.initialised, 0);
   EXPECT_EQ(exchange.items.GetSize(), 0);
   EXPECT_EQ(exchange.hostPrefix, QXT(""));
-  EXPECT_TRUE(network.containers.empty() && network.letters.empty());
+  EXPECT_TRUE(network.containers.empty());
 }
 
 TEST_F(NetPathTable, AMachineWithoutAnythingHasAnEmptyTable) {
@@ -181,11 +181,6 @@ TEST_F(NetPathTable, SharesThatCannotBeListedLeaveTheOtherSources) {
   EXPECT_EQ(BuiltDrives(), (Lines{QXT("Y:\\")}));
 }
 
-TEST_F(NetPathTable, DrivesFromCToZAreAskedFor) {
-  exchange.Build();
-  EXPECT_EQ(network.letters, QXT("CDEFGHIJKLMNOPQRSTUVWXYZ"));
-}
-
 TEST_F(NetPathTable, ADriveIsConnectedByNameOrByAddress) {
   network.drives = {{QXT('Z'), QXT("\\\\10.1.2.3\\share")}, {QXT('C'), QXT("\\\\srv\\share")}, {QXT('M'), QXT("\\\\10.1.2\\s")}};
   EXPECT_EQ(Built(), (Lines{QXT("\\\\srv\\share||C:"), QXT("\\\\10.1.2\\s||M:"), QXT("|\\\\10.1.2.3\\share|Z:")}));
@@ -196,11 +191,10 @@ TEST_F(NetPathTable, AHostMayBeTheWholeRest) {
   EXPECT_EQ(Built(), (Lines{QXT("|\\\\10.1.2.3|X:"), QXT("\\\\srv||Y:"), QXT("a||Z:")}));
 }
 
-TEST_F(NetPathTable, EmptyAndTooLongConnectionsAreSkipped) {
-  network.drives = {{QXT('C'), Text()},
-                    {QXT('D'), QXT("\\\\srv\\") + Repeat(QXT('s'), 1017)},
-                    {QXT('E'), QXT("\\\\srv\\") + Repeat(QXT('s'), 1018)}};
-  EXPECT_EQ(Built(), (Lines{QXT("\\\\srv\\") + Repeat(QXT('s'), 1017) + QXT("||D:")}));
+TEST_F(NetPathTable, AConnectionOf1023CharactersIsTakenWhole) {
+  const Text name = QXT("\\\\srv\\") + Repeat(QXT('s'), 1017);
+  network.drives[QXT('D')] = name;
+  EXPECT_EQ(Built(), (Lines{name + QXT("||D:")}));
 }
 
 TEST_F(NetPathTable, SharesComeBeforeDrives) {

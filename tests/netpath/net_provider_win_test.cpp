@@ -21,6 +21,7 @@ using namespace qxv::os;
 using support::Text;
 using support::TextOf;
 
+constexpr const wchar_t* kComputerName = L"SYSTEM\\CurrentControlSet\\Control\\ComputerName\\ActiveComputerName";
 constexpr const wchar_t* kOrder = L"SYSTEM\\CurrentControlSet\\Control\\NetworkProvider\\Order";
 constexpr const wchar_t* kProvider = L"SYSTEM\\CurrentControlSet\\Services\\FakeNet\\NetworkProvider";
 constexpr const wchar_t* kShares = L"SYSTEM\\CurrentControlSet\\Services\\LanmanServer\\Shares";
@@ -28,6 +29,7 @@ constexpr const wchar_t* kShares = L"SYSTEM\\CurrentControlSet\\Services\\Lanman
 class NetworkProvider : public testing::Test {
  protected:
   NetworkProvider() {
+    SetText(kComputerName, L"ComputerName", L"VM");
     SetText(kOrder, L"ProviderOrder", L"FakeNet");
     SetText(kProvider, L"Name", L"Fake LAN Manager");
     SetText(kProvider, L"ProviderPath", fileName);

@@ -132,23 +132,29 @@ TEST_F(PosixIdentity, TheLanguageIsThatOfTheEnvironment) {
   EXPECT_EQ(system.SystemLanguage(), 0x0804);
 }
 
-TEST_F(PosixIdentity, ADriveOverANetworkMountIsConnected) {
-  std::filesystem::create_directory(Native("mnt"));
-  std::filesystem::create_directory_symlink(Native("mnt"), Native("link"));
+TEST_F(PosixIdentity, DrivesOverANetworkMountAreConnected) {
+  std::filesystem::create_directories(Native("mnt/deep"));
+  std::filesystem::create_directory_symlink(Native("mnt/deep"), Native("link"));
   Write("mounts", "//srv/share " + Native("mnt") + " cifs rw 0 0\n");
   const ScopedVariable mounts("QXV_MOUNTS", Native("mounts"));
-  const ScopedVariable drives("QXV_DRIVES", "X=" + Native("mnt") + ";Y=" + Native("link") + ";W=" + folder.Native().string());
-  Text name = QXT("before");
-  EXPECT_TRUE(SystemNetwork().DriveConnection(QXT('X'), name));
-  EXPECT_EQ(name, QXT("\\\\srv\\share"));
-  name = QXT("before");
-  EXPECT_TRUE(SystemNetwork().DriveConnection(QXT('Y'), name)) << "through the link";
-  EXPECT_EQ(name, QXT("\\\\srv\\share"));
-  name = QXT("before");
-  EXPECT_FALSE(SystemNetwork().DriveConnection(QXT('W'), name));
-  EXPECT_FALSE(SystemNetwork().DriveConnection(QXT('V'), name));
-  EXPECT_FALSE(SystemNetwork().DriveConnection(QXT('Z'), name));
-  EXPECT_EQ(name, QXT("before"));
+  const ScopedVariable drives("QXV_DRIVES", "X=" + Native("mnt") + ";Y=" + Native("link") + ";W=" + folder.Native().string() +
+                                                ";A=" + Native("mnt") + ";B=" + Native("mnt") + ";C=" + Native("mnt"));
+  std::vector<Text> connected;
+  for (const ConnectedDrive& drive : SystemNetwork().ConnectedDrives()) {
+    connected.push_back(Text(1, drive.letter) + QXT('=') + drive.remoteName);
+  }
+  EXPECT_EQ(connected, (std::vector<Text>{QXT("C=\\\\srv\\share"), QXT("X=\\\\srv\\share"), QXT("Y=\\\\srv\\share\\deep")}))
+      << "Y through the link; A and B are no network drives";
+}
+
+TEST_F(PosixIdentity, AConnectionOf1023CharactersIsTheLongest) {
+  std::string deep(1023 - std::string("//srv/").size(), 's');
+  const ScopedVariable mounts("QXV_MOUNTS", Native("mounts"));
+  const ScopedVariable drives("QXV_DRIVES", "X=/mnt");
+  Write("mounts", "//srv/" + deep + " /mnt cifs rw 0 0\n");
+  EXPECT_EQ(SystemNetwork().ConnectedDrives().size(), 1u);
+  Write("mounts", "//srv/" + deep + "s /mnt cifs rw 0 0\n");
+  EXPECT_EQ(SystemNetwork().ConnectedDrives().size(), 0u);
 }
 
 }  // namespace

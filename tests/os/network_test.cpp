@@ -51,10 +51,14 @@ TEST(Network, AnUnknownHostLeavesTheAddresses) {
   }
 }
 
-TEST(Network, ADriveThatIsNotConnectedLeavesTheName) {
-  Text name = QXT("before");
-  EXPECT_FALSE(SystemNetwork().DriveConnection(QXT('1'), name));
-  EXPECT_EQ(name, QXT("before"));
+TEST(Network, ConnectedDrivesHaveALetterAndAName) {
+  QXChar before = kFirstNetworkDrive - 1;
+  for (const ConnectedDrive& drive : SystemNetwork().ConnectedDrives()) {
+    EXPECT_GT(drive.letter, before);
+    EXPECT_LE(drive.letter, kLastNetworkDrive);
+    EXPECT_FALSE(drive.remoteName.empty());
+    before = drive.letter;
+  }
 }
 
 TEST(Network, AContainerThatDoesNotExistIsNoError) {

@@ -26,7 +26,6 @@ struct FakeNetwork : qxv::os::NetworkSource {
   std::vector<std::uint16_t> versions;
   int running = 0;  // starts without their stop
   std::vector<Text> containers;
-  Text letters;
   std::vector<std::string> lookUps;
 
   /// With the settings that a server writes beside the path.
@@ -58,11 +57,12 @@ struct FakeNetwork : qxv::os::NetworkSource {
     found = shares.value_or(found);
     return shares.has_value();
   }
-  bool DriveConnection(QXChar letter, Text& remoteName) override {
-    letters += letter;
-    const auto drive = drives.find(letter);
-    remoteName = drive != drives.end() ? drive->second : remoteName;
-    return drive != drives.end();
+  std::vector<qxv::os::ConnectedDrive> ConnectedDrives() override {
+    std::vector<qxv::os::ConnectedDrive> connected;
+    for (const auto& [letter, remoteName] : drives) {
+      connected.push_back({letter, remoteName});
+    }
+    return connected;
   }
   bool LookUpHost(const std::string& name, std::vector<qxv::os::HostAddress>& addresses) override {
     lookUps.push_back(name);
