@@ -19,7 +19,7 @@ namespace {
 
 using namespace qxv;
 
-class SharedExchange {
+class SharedExchange {  // NOLINT(cppcoreguidelines-special-member-functions): nothing to destroy
  public:
   constexpr SharedExchange() noexcept = default;
   SharedExchange(const SharedExchange&) = delete;
@@ -63,7 +63,7 @@ class SharedExchange {
 constinit SharedExchange theExchange;
 static_assert(std::is_trivially_destructible_v<SharedExchange>);  // so that calls behind its end find it ended
 
-struct LifeOfExchange {
+struct LifeOfExchange {  // NOLINT(cppcoreguidelines-special-member-functions): one object
   LifeOfExchange() noexcept { (void)os::HoldAcrossFork(theExchange.Lock()); }
   ~LifeOfExchange() { theExchange.End(); }
 };

@@ -35,7 +35,7 @@ bool ResolveHost(const std::string& name, std::vector<HostAddress>& addresses) {
   const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> owner(list, &::freeaddrinfo);
   std::vector<HostAddress> found;
   for (const addrinfo* entry = list; entry != nullptr; entry = entry->ai_next) {
-    sockaddr_in socketAddress;
+    sockaddr_in socketAddress{};
     if (entry->ai_family == AF_INET && entry->ai_addrlen >= sizeof socketAddress) {
       std::memcpy(&socketAddress, entry->ai_addr, sizeof socketAddress);
       HostAddress& address = found.emplace_back();

@@ -99,6 +99,7 @@ bool IsAdministrator(const User& user) {
   });
 }
 
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): sources are not destroyed through their base
 class LinuxIdentity final : public IdentitySource {
  public:
   std::uint16_t SystemLanguage() noexcept override { return LanguageOfLocale(EnvironmentLocale()); }

@@ -28,6 +28,7 @@ using NetApiBuffer = std::unique_ptr<BYTE, FreeNetApi>;
 
 Text TextOrNothing(const QXChar* text) { return text == nullptr ? Text() : Text(text); }
 
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): sources are not destroyed through their base
 class WindowsIdentity final : public IdentitySource {
  public:
   std::uint16_t SystemLanguage() noexcept override { return ::GetSystemDefaultLangID(); }

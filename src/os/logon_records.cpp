@@ -11,7 +11,7 @@ namespace qxv::os {
 std::vector<std::string> LoggedOnNames(std::string_view records) {
   std::vector<std::string> names;
   for (; records.size() >= sizeof(utmpx); records.remove_prefix(sizeof(utmpx))) {
-    utmpx record;
+    utmpx record{};
     std::memcpy(&record, records.data(), sizeof record);
     const std::string name(record.ut_user, ::strnlen(record.ut_user, sizeof record.ut_user));
     if (record.ut_type == USER_PROCESS && !name.empty()) {

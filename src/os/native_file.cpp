@@ -25,7 +25,7 @@ class Descriptor {
   }
 
   bool IsRegularFile() const noexcept {
-    struct stat status;
+    struct stat status {};
     return m_number >= 0 && ::fstat(m_number, &status) == 0 && S_ISREG(status.st_mode);
   }
 

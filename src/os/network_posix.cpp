@@ -29,6 +29,7 @@ std::string WithoutLinks(const std::string& folder) {
   return real != nullptr ? real.get() : folder;
 }
 
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): sources are not destroyed through their base
 class LinuxNetwork final : public NetworkSource {
  public:
   // Nothing has to be started here.

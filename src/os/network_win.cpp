@@ -109,6 +109,7 @@ bool ReadSettings(HKEY key, const QXChar* share, Text& settings) {
   return true;
 }
 
+// NOLINTNEXTLINE(cppcoreguidelines-virtual-class-destructor): sources are not destroyed through their base
 class WindowsNetwork final : public NetworkSource {
  public:
   bool StartSockets(std::uint16_t version, std::uint16_t& granted) noexcept override {
