@@ -4,10 +4,10 @@
 
 #include "image/bmp.h"
 
-#include "image/file_pieces.h"
 #include "image/rows.h"
 #include "streams/byte_reader.h"
 #include "streams/byte_writer.h"
+#include "streams/file_pieces.h"
 
 #include <algorithm>
 #include <array>
@@ -185,8 +185,8 @@ void WriteHeader(FileWriter& file, const PictureView& picture, std::uint32_t ima
 
 Status CQXVBmp::Read(const QXChar* name, ReadExtent extent) {
   FileReader in;
-  if (const Status status = in.Open(name); status != kStatusOk) {
-    return status;
+  if (in.Open(name) != os::kErrorNone) {
+    return kStatusImageCannotRead;
   }
   Header header;
   Palette palette;
@@ -209,8 +209,8 @@ Status CQXVBmp::Write(const QXChar* name, const PictureView& picture) const {
     return status;
   }
   FileWriter out;
-  if (const Status status = out.Open(name); status != kStatusOk) {
-    return status;
+  if (out.Open(name) != os::kErrorNone) {
+    return kStatusImageCannotCreate;
   }
   const RowShape rows = RowsOf({kHeader, picture.width, picture.height, 24});
   WriteHeader(out, picture, StatedImageBytes(picture, rows.padding));

@@ -3,10 +3,10 @@
 
 #include "image/gif.h"
 
-#include "image/file_pieces.h"
 #include "image/gif_colours.h"
 #include "image/gif_lzw.h"
 #include "streams/byte_writer.h"
+#include "streams/file_pieces.h"
 
 #include <algorithm>
 #include <memory>
@@ -90,8 +90,8 @@ Status CQXVGif::Write(const QXChar* name, std::span<const Frame> frames) const {
   const Bytes imageHeader = ImageHeader(m_width, m_height);
   FileWriter out;
   const auto coder = std::make_unique<CFrame>(out);
-  if (const Status status = out.Open(name); status != kStatusOk) {
-    return status;
+  if (out.Open(name) != os::kErrorNone) {
+    return kStatusImageCannotCreate;
   }
   out.Write(header);
   for (const Frame frame : frames) {

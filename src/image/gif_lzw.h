@@ -2,7 +2,7 @@
 #pragma once
 
 #include "foundation/status.h"
-#include "image/file_pieces.h"
+#include "streams/file_pieces.h"
 
 #include <array>
 #include <cstddef>

@@ -3,9 +3,9 @@
 
 #include "image/jpg.h"
 
-#include "image/file_pieces.h"
 #include "image/rows.h"
 #include "jpeg_codec/jpeg_codec.h"
+#include "streams/file_pieces.h"
 
 #include <limits>
 
@@ -25,7 +25,7 @@ struct Compressed {
 
 [[nodiscard]] Status ReadCompressed(const QXChar* name, Compressed& file) {
   FileReader in;
-  if (in.Open(name) != kStatusOk || in.Length() < kShortestFile || in.Length() > kLongestFile) {
+  if (in.Open(name) != os::kErrorNone || in.Length() < kShortestFile || in.Length() > kLongestFile) {
     return kStatusImageForeign;
   }
   const auto length = static_cast<std::size_t>(in.Length());
@@ -63,7 +63,7 @@ struct Compressed {
 
 [[nodiscard]] Status WriteCompressed(const QXChar* name, const Compressed& file) {
   FileWriter out;
-  if (out.Open(name) != kStatusOk) {
+  if (out.Open(name) != os::kErrorNone) {
     return kStatusImageForeign;
   }
   out.Write({file.stream.data, file.stream.length});

@@ -4,11 +4,11 @@
 
 #include "image/pcx.h"
 
-#include "image/file_pieces.h"
 #include "image/pcx_planes.h"
 #include "image/pcx_runs.h"
 #include "streams/byte_reader.h"
 #include "streams/byte_writer.h"
+#include "streams/file_pieces.h"
 
 #include <algorithm>
 #include <array>
@@ -257,8 +257,8 @@ void WriteImage(FileWriter& out, const PictureView& picture) {
 
 Status CQXVPcx::Read(const QXChar* name, ReadExtent extent) {
   FileReader in;
-  if (const Status status = in.Open(name); status != kStatusOk) {
-    return status;
+  if (in.Open(name) != os::kErrorNone) {
+    return kStatusImageCannotRead;
   }
   Header header;
   if (const Status status = ReadHeader(in, header); status != kStatusOk) {
@@ -279,8 +279,8 @@ Status CQXVPcx::Write(const QXChar* name, const PictureView& picture) const {
     return status;
   }
   FileWriter out;
-  if (const Status status = out.Open(name); status != kStatusOk) {
-    return status;
+  if (out.Open(name) != os::kErrorNone) {
+    return kStatusImageCannotCreate;
   }
   WriteHeader(out, picture);
   WriteImage(out, picture);

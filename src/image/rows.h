@@ -1,7 +1,7 @@
 // rows.h - the rows of a picture between a file and memory, where the first row is always the top one.
 #pragma once
 
-#include "image/file_pieces.h"
+#include "streams/file_pieces.h"
 
 #include <cstddef>
 

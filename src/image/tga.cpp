@@ -4,11 +4,11 @@
 
 #include "image/tga.h"
 
-#include "image/file_pieces.h"
 #include "image/rows.h"
 #include "os/intrinsics.h"
 #include "streams/byte_reader.h"
 #include "streams/byte_writer.h"
+#include "streams/file_pieces.h"
 
 #include <algorithm>
 #include <cstring>
@@ -260,8 +260,8 @@ void WriteHeader(FileWriter& file, const PictureView& picture) {
 
 Status CQXVTga::Read(const QXChar* name, ReadExtent extent) {
   FileReader in;
-  if (const Status status = in.Open(name); status != kStatusOk) {
-    return status;
+  if (in.Open(name) != os::kErrorNone) {
+    return kStatusImageCannotRead;
   }
   Header header;
   if (const Status status = ReadHeader(in, header); status != kStatusOk) {
@@ -282,8 +282,8 @@ Status CQXVTga::Write(const QXChar* name, const PictureView& picture) const {
     return status;
   }
   FileWriter out;
-  if (const Status status = out.Open(name); status != kStatusOk) {
-    return status;
+  if (out.Open(name) != os::kErrorNone) {
+    return kStatusImageCannotCreate;
   }
   WriteHeader(out, picture);
   const std::size_t rowBytes = static_cast<std::size_t>(picture.width) * kBytesPerPixel;

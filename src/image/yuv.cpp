@@ -3,10 +3,10 @@
 
 #include "image/yuv.h"
 
-#include "image/file_pieces.h"
 #include "image/rows.h"
 #include "streams/byte_reader.h"
 #include "streams/byte_writer.h"
+#include "streams/file_pieces.h"
 
 #include <algorithm>
 #include <array>
@@ -71,8 +71,8 @@ void WriteHeader(FileWriter& file, const PictureView& picture) {
 
 Status CQXVYUV::Read(const QXChar* name, ReadExtent extent) {
   FileReader in;
-  if (const Status status = in.Open(name); status != kStatusOk) {
-    return status;
+  if (in.Open(name) != os::kErrorNone) {
+    return kStatusImageCannotRead;
   }
   Header header;
   if (const Status status = ReadHeader(in, header); status != kStatusOk) {
@@ -93,8 +93,8 @@ Status CQXVYUV::Write(const QXChar* name, const PictureView& picture) const {
     return status;
   }
   FileWriter out;
-  if (const Status status = out.Open(name); status != kStatusOk) {
-    return status;
+  if (out.Open(name) != os::kErrorNone) {
+    return kStatusImageCannotCreate;
   }
   WriteHeader(out, picture);
   WriteRows(out, RowsOf(picture), picture.pixels.data());

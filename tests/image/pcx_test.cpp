@@ -2,8 +2,8 @@
 
 #include "image/pcx.h"
 
-#include "image/file_pieces.h"
 #include "image/pcx_file.h"
+#include "streams/file_pieces.h"
 
 #include <gtest/gtest.h>
 

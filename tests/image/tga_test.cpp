@@ -3,7 +3,7 @@
 #include "image/tga.h"
 
 #include "image/codec_files.h"
-#include "image/file_pieces.h"
+#include "streams/file_pieces.h"
 
 #include <gtest/gtest.h>
 

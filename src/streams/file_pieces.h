@@ -1,7 +1,6 @@
-// file_pieces.h - image files, read and written front to back in large pieces.
+// file_pieces.h - files read and written front to back in large pieces, as images and sounds are.
 #pragma once
 
-#include "foundation/status.h"
 #include "os/file.h"
 #include "qxv/types.h"
 
@@ -19,8 +18,8 @@ inline constexpr std::size_t kFilePiece = std::size_t{256} * 1024;
 /// allocated. A file that is cut meanwhile reads as one that ends there.
 class FileReader {
  public:
-  /// 0, or 0x89601A15 for what cannot be opened for reading, folders and pipes included.
-  [[nodiscard]] Status Open(const QXChar* name);
+  /// 0, or a Windows error number for what cannot be opened for reading, folders and pipes included.
+  [[nodiscard]] os::ErrorCode Open(const QXChar* name);
 
   std::uint64_t Length() const noexcept { return m_length; }
   std::uint64_t Left() const noexcept { return m_position < m_length ? m_length - m_position : 0; }
@@ -61,8 +60,8 @@ class FileWriter {
   FileWriter& operator=(const FileWriter&) = delete;
   ~FileWriter() { Flush(); }
 
-  /// Creates the file, or empties it. 0, or 0x89601A14.
-  [[nodiscard]] Status Open(const QXChar* name);
+  /// Creates the file, or empties it. 0, or a Windows error number.
+  [[nodiscard]] os::ErrorCode Open(const QXChar* name);
 
   void Write(std::span<const unsigned char> bytes) noexcept;
   void Zeros(std::size_t count) noexcept;

@@ -1,6 +1,6 @@
 // file_pieces_test.cpp - files read and written in pieces.
 
-#include "image/file_pieces.h"
+#include "streams/file_pieces.h"
 
 #include "support/file_bytes.h"
 #include "support/guard_new.h"
@@ -41,7 +41,7 @@ TEST(FileReader, WhatCannotBeOpened) {
   const support::Text names[] = {folder.File(QXT("none.bin")), folder.Path(), QXT(""), folder.File(QXT("none\\a.bin"))};
   for (const auto& name : names) {
     FileReader in;
-    EXPECT_EQ(in.Open(name.c_str()), 0x89601A15u) << support::Printable(name);
+    EXPECT_NE(in.Open(name.c_str()), 0u) << support::Printable(name);
   }
 }
 
@@ -161,7 +161,7 @@ TEST(FileReader, LackOfMemoryIsThrownOrRefused) {
   for (std::size_t index = 0;; ++index) {
     FileReader in;
     const support::FailAllocation fail(index);
-    qxv::Status status = 0;
+    qxv::os::ErrorCode status = 0;
     bool thrown = false;
     try {
       status = in.Open(file.name.c_str());
@@ -172,7 +172,7 @@ TEST(FileReader, LackOfMemoryIsThrownOrRefused) {
       EXPECT_GT(index, 0u);
       break;
     }
-    EXPECT_TRUE(thrown || status == 0x89601A15u) << index;
+    EXPECT_TRUE(thrown || status != 0) << index;
   }
 }
 
@@ -181,7 +181,7 @@ TEST(FileWriter, WhatCannotBeCreated) {
   const support::Text names[] = {folder.Path(), QXT(""), folder.File(QXT("none\\a.bin"))};
   for (const auto& name : names) {
     FileWriter out;
-    EXPECT_EQ(out.Open(name.c_str()), 0x89601A14u) << support::Printable(name);
+    EXPECT_NE(out.Open(name.c_str()), 0u) << support::Printable(name);
   }
 }
 

@@ -1,6 +1,6 @@
-// file_pieces.cpp - image files, read and written front to back in large pieces.
+// file_pieces.cpp - files read and written front to back in large pieces.
 
-#include "image/file_pieces.h"
+#include "streams/file_pieces.h"
 
 #include <algorithm>
 #include <cstring>
@@ -13,16 +13,20 @@ constexpr std::size_t kFirstPiece = 4096;  // a header; whoever wants no more sh
 
 }  // namespace
 
-Status FileReader::Open(const QXChar* name) {
+os::ErrorCode FileReader::Open(const QXChar* name) {
   os::OpenOptions options;
   options.share = os::kShareRead | os::kShareWrite;
   std::int64_t length = 0;
-  if (m_file.Open(name, options) != os::kErrorNone || os::GetFileLength(m_file.Handle(), length) != os::kErrorNone) {
-    return kStatusImageCannotRead;
+  os::ErrorCode error = m_file.Open(name, options);
+  if (error == os::kErrorNone) {
+    error = os::GetFileLength(m_file.Handle(), length);
+  }
+  if (error != os::kErrorNone) {
+    return error;
   }
   m_piece.reset(new unsigned char[kFilePiece]);
   m_length = static_cast<std::uint64_t>(length);
-  return kStatusOk;
+  return os::kErrorNone;
 }
 
 void FileReader::GoTo(std::uint64_t position) noexcept {
@@ -89,13 +93,13 @@ bool FileReader::Read(std::span<unsigned char> bytes) noexcept {
   return true;
 }
 
-Status FileWriter::Open(const QXChar* name) {
+os::ErrorCode FileWriter::Open(const QXChar* name) {
   m_piece.reset(new unsigned char[kFilePiece]);  // before a file is emptied
   os::OpenOptions options;
   options.access = os::FileAccess::Write;
   options.disposition = os::FileDisposition::CreateAlways;
   options.share = os::kShareRead | os::kShareWrite;
-  return m_file.Open(name, options) == os::kErrorNone ? kStatusOk : kStatusImageCannotCreate;
+  return m_file.Open(name, options);
 }
 
 void FileWriter::Write(std::span<const unsigned char> bytes) noexcept {
@@ -132,7 +136,7 @@ std::span<unsigned char> FileWriter::Room(std::size_t least) noexcept {
 
 void FileWriter::Flush() noexcept { WriteOut({m_piece.get(), std::exchange(m_end, 0)}); }
 
-// KEPT: errors of writing are not reported, so a file on a full disk ends early and the picture counts as written.
+// KEPT: errors of writing are not reported, so a file on a full disk ends early and counts as written.
 //   Pinned by FileWriterKept.AFullDiskIsNotReported.
 void FileWriter::WriteOut(std::span<const unsigned char> bytes) noexcept {
   std::size_t done = 0;
