@@ -2,6 +2,7 @@
 #pragma once
 
 #include "qxv/array.h"
+#include "qxv/audio.h"
 #include "qxv/buffer_file.h"
 #include "qxv/conversion.h"
 #include "qxv/crc.h"

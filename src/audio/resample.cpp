@@ -1,0 +1,115 @@
+// resample.cpp - one channel at another rate, by straight lines between its samples.
+// The position of each sample is computed anew, i * source rate / target rate, so no error adds up over a long block.
+
+#include "foundation/numeric.h"
+#include "os/cpu.h"
+#include "os/intrinsics.h"
+#include "qxv/audio.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+struct Source {
+  const float* samples;
+  std::int64_t count;
+  double sourceRate;
+  double targetRate;
+
+  double At(std::int64_t k) const noexcept { return k >= 0 && k < count ? static_cast<double>(samples[k]) : 0.0; }
+};
+
+float ValueAt(const Source& source, std::int64_t i) noexcept {
+  const double position = static_cast<double>(i) * source.sourceRate / source.targetRate;
+  const std::int64_t k = qxv::TruncateToInt64(position);
+  const double s0 = source.At(k), s1 = k < source.count ? source.At(k + 1) : 0.0;
+  const auto whole = static_cast<double>(k);
+  return static_cast<float>((position - whole) * s1 + (whole + 1 - position) * s0);
+}
+
+// The kernels write samples as long as both neighbours of a whole vector lie inside the source, and return their number.
+
+std::int64_t InsideBaseline(const Source& source, float* target, std::int64_t count) noexcept {
+  const __m128d sourceRate = _mm_set1_pd(source.sourceRate), targetRate = _mm_set1_pd(source.targetRate);
+  const __m128d one = _mm_set1_pd(1);
+  __m128d index = _mm_setr_pd(0, 1);
+  std::int64_t i = 0;
+  for (; i + 2 <= count; i += 2, index = _mm_add_pd(index, _mm_set1_pd(2))) {
+    const __m128d position = _mm_div_pd(_mm_mul_pd(index, sourceRate), targetRate);
+    const __m128i k = _mm_cvttpd_epi32(position);
+    const std::int64_t both = _mm_cvtsi128_si64(k);
+    const std::int64_t k0 = static_cast<std::int32_t>(both), k1 = both >> 32;
+    if (k1 + 1 >= source.count) {
+      break;
+    }
+    // Both neighbours of a sample in one load each, then the first ones and the second ones together.
+    const __m128 a = _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(source.samples + k0)));
+    const __m128 b = _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(source.samples + k1)));
+    const __m128 pairs = _mm_unpacklo_ps(a, b);  // a0 b0 a1 b1
+    const __m128d s0 = _mm_cvtps_pd(pairs), s1 = _mm_cvtps_pd(_mm_movehl_ps(pairs, pairs));
+    const __m128d whole = _mm_cvtepi32_pd(k);
+    const __m128d sum =
+        _mm_add_pd(_mm_mul_pd(_mm_sub_pd(position, whole), s1), _mm_mul_pd(_mm_sub_pd(_mm_add_pd(whole, one), position), s0));
+    const double bits = _mm_cvtsd_f64(_mm_castps_pd(_mm_cvtpd_ps(sum)));
+    std::memcpy(target + i, &bits, sizeof bits);
+  }
+  return i;
+}
+
+QXV_TARGET_AVX2 std::int64_t InsideAvx2(const Source& source, float* target, std::int64_t count) noexcept {
+  const __m256d sourceRate = _mm256_set1_pd(source.sourceRate), targetRate = _mm256_set1_pd(source.targetRate);
+  const __m256d one = _mm256_set1_pd(1);
+  __m256d index = _mm256_setr_pd(0, 1, 2, 3);
+  std::int64_t i = 0;
+  for (; i + 4 <= count; i += 4, index = _mm256_add_pd(index, _mm256_set1_pd(4))) {
+    const __m256d position = _mm256_div_pd(_mm256_mul_pd(index, sourceRate), targetRate);
+    const __m128i k = _mm256_cvttpd_epi32(position);
+    if (std::int64_t{_mm_extract_epi32(k, 3)} + 1 >= source.count) {
+      break;
+    }
+    const std::int64_t low = _mm_cvtsi128_si64(k), high = _mm_extract_epi64(k, 1);
+    const __m128 a = _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(source.samples + static_cast<std::int32_t>(low))));
+    const __m128 b = _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(source.samples + (low >> 32))));
+    const __m128 c =
+        _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(source.samples + static_cast<std::int32_t>(high))));
+    const __m128 d = _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(source.samples + (high >> 32))));
+    const __m128 first = _mm_unpacklo_ps(a, b), second = _mm_unpacklo_ps(c, d);
+    const __m256d s0 = _mm256_cvtps_pd(_mm_movelh_ps(first, second)), s1 = _mm256_cvtps_pd(_mm_movehl_ps(second, first));
+    const __m256d whole = _mm256_cvtepi32_pd(k);
+    const __m256d sum = _mm256_add_pd(_mm256_mul_pd(_mm256_sub_pd(position, whole), s1),
+                                      _mm256_mul_pd(_mm256_sub_pd(_mm256_add_pd(whole, one), position), s0));
+    _mm_storeu_ps(target + i, _mm256_cvtpd_ps(sum));
+  }
+  return i;
+}
+
+constexpr qxv::os::KernelTable<std::int64_t (*)(const Source&, float*, std::int64_t) noexcept> kInside{
+    {&InsideBaseline, &InsideAvx2, &InsideAvx2}};
+
+}  // namespace
+
+// KEPT: the product of count and rate wraps at 32 bits. Pinned by ReSampleKept.TheProductOfCountAndRateWraps.
+int QXVReSample(const float* pSrc, int nSrcRate, int nSrcCount, float* pDst, int nDstRate, int& nDstCount) {
+  nDstCount = nSrcRate == nDstRate ? nSrcCount : 0;
+  if (nSrcCount < 1) {
+    return 0;
+  }
+  if (pSrc == nullptr || pDst == nullptr || (nSrcRate == 0 && nDstRate != 0)) {
+    nDstCount = 0;
+    return -1;
+  }
+  if (nSrcRate == nDstRate) {
+    std::memmove(pDst, pSrc, static_cast<std::size_t>(nSrcCount) * sizeof(float));
+    return 0;
+  }
+  const std::int64_t count = std::int64_t{qxv::WrapMultiply(nSrcCount, nDstRate)} / nSrcRate;
+  nDstCount = static_cast<int>(count);  // 2^31 comes out as -2^31: no samples
+  const Source source{pSrc, nSrcCount, static_cast<double>(nSrcRate), static_cast<double>(nDstRate)};
+  std::int64_t i = nSrcRate > 0 && nDstRate > 0 ? kInside.Active()(source, pDst, count) : 0;
+  for (; i < nDstCount; ++i) {
+    pDst[i] = ValueAt(source, i);
+  }
+  return 0;
+}

@@ -1,0 +1,26 @@
+// sample_format.h - samples as bytes and as floats, without gaps between them.
+#pragma once
+
+#include <cstddef>
+
+namespace qxv {
+
+/// Bytes of one sample of one channel. Others exist, and stand for nothing.
+constexpr bool IsSampleWidth(int width) noexcept { return width >= 1 && width <= 4; }
+
+/// Floats of count samples.
+/// @param width  1 to 4, see audio.h
+void SamplesFromBytes(int width, const unsigned char* bytes, float* samples, std::size_t count) noexcept;
+
+/// The bytes of count samples, cut towards zero; what exceeds the width wraps, what exceeds 32 bits or is no number is 0.
+/// @param width  1 to 4
+void BytesFromSamples(int width, const float* samples, unsigned char* bytes, std::size_t count) noexcept;
+
+/// Every other float of 2 * count to one of two places.
+void SplitPairs(const float* pairs, float* first, float* second, std::size_t count) noexcept;
+
+/// One sample, the rule that the functions above are tested against.
+float SampleFromBytes(int width, const unsigned char* bytes) noexcept;
+void ByteSample(int width, float sample, unsigned char* bytes) noexcept;
+
+}  // namespace qxv
