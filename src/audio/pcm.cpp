@@ -25,10 +25,6 @@ void SplitOne(const unsigned char* source, std::size_t stride, float* samples, s
 }
 
 void Deinterleave(const float* block, std::size_t channels, std::size_t frames, float* const* targets, std::size_t at) noexcept {
-  if (channels == 2) {
-    qxv::SplitPairs(block, targets[0] + at, targets[1] + at, frames);
-    return;
-  }
   for (std::size_t channel = 0; channel < channels; ++channel) {
     float* const target = targets[channel] + at;
     for (std::size_t i = 0; i < frames; ++i) {
@@ -87,6 +83,10 @@ int QXVSplitPCM(int nChannels, int nBlockAlign, const unsigned char* pSrc, float
   }
   const auto channels = static_cast<std::size_t>(nChannels), frames = static_cast<std::size_t>(nFrames);
   const std::size_t frameBytes = channels * static_cast<std::size_t>(width);
+  if (channels == 2 && width == 2) {
+    qxv::SplitPairs16(pSrc, ppDst[0], ppDst[1], frames);
+    return 0;
+  }
   if (channels > kBlock) {
     for (std::size_t k = 0; k < channels * frames; ++k) {
       qxv::SamplesFromBytes(width, pSrc + k * static_cast<std::size_t>(width), ppDst[k % channels] + k / channels, 1);

@@ -58,25 +58,31 @@ std::int64_t InsideBaseline(const Source& source, float* target, std::int64_t co
   return i;
 }
 
+// Below two source samples a step, all neighbours of a vector's samples lie in one vector of the source: positions are told by
+// their distance from the first.
+constexpr double kClosestSteps = 2;
+
 QXV_TARGET_AVX2 std::int64_t InsideAvx2(const Source& source, float* target, std::int64_t count) noexcept {
+  if (source.sourceRate >= kClosestSteps * source.targetRate) {
+    return InsideBaseline(source, target, count);
+  }
   const __m256d sourceRate = _mm256_set1_pd(source.sourceRate), targetRate = _mm256_set1_pd(source.targetRate);
   const __m256d one = _mm256_set1_pd(1);
+  const __m256i neighbours = _mm256_setr_epi32(0, 0, 0, 0, 1, 1, 1, 1);
   __m256d index = _mm256_setr_pd(0, 1, 2, 3);
   std::int64_t i = 0;
   for (; i + 4 <= count; i += 4, index = _mm256_add_pd(index, _mm256_set1_pd(4))) {
     const __m256d position = _mm256_div_pd(_mm256_mul_pd(index, sourceRate), targetRate);
     const __m128i k = _mm256_cvttpd_epi32(position);
-    if (std::int64_t{_mm_extract_epi32(k, 3)} + 1 >= source.count) {
+    const std::int64_t first = _mm_cvtsi128_si32(k);
+    if (first + 8 > source.count) {
       break;
     }
-    const std::int64_t low = _mm_cvtsi128_si64(k), high = _mm_extract_epi64(k, 1);
-    const __m128 a = _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(source.samples + static_cast<std::int32_t>(low))));
-    const __m128 b = _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(source.samples + (low >> 32))));
-    const __m128 c =
-        _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(source.samples + static_cast<std::int32_t>(high))));
-    const __m128 d = _mm_castpd_ps(_mm_load_sd(reinterpret_cast<const double*>(source.samples + (high >> 32))));
-    const __m128 first = _mm_unpacklo_ps(a, b), second = _mm_unpacklo_ps(c, d);
-    const __m256d s0 = _mm256_cvtps_pd(_mm_movelh_ps(first, second)), s1 = _mm256_cvtps_pd(_mm_movehl_ps(second, first));
+    const __m128i distance = _mm_sub_epi32(k, _mm_broadcastd_epi32(k));
+    const __m256i both = _mm256_add_epi32(_mm256_broadcastsi128_si256(distance), neighbours);
+    const __m256 samples = _mm256_permutevar8x32_ps(_mm256_loadu_ps(source.samples + first), both);
+    const __m256d s0 = _mm256_cvtps_pd(_mm256_castps256_ps128(samples));
+    const __m256d s1 = _mm256_cvtps_pd(_mm256_extractf128_ps(samples, 1));
     const __m256d whole = _mm256_cvtepi32_pd(k);
     const __m256d sum = _mm256_add_pd(_mm256_mul_pd(_mm256_sub_pd(position, whole), s1),
                                       _mm256_mul_pd(_mm256_sub_pd(_mm256_add_pd(whole, one), position), s0));
@@ -85,8 +91,37 @@ QXV_TARGET_AVX2 std::int64_t InsideAvx2(const Source& source, float* target, std
   return i;
 }
 
+QXV_TARGET_AVX512 std::int64_t InsideAvx512(const Source& source, float* target, std::int64_t count) noexcept {
+  if (source.sourceRate >= kClosestSteps * source.targetRate) {
+    return InsideBaseline(source, target, count);
+  }
+  const __m512d sourceRate = _mm512_set1_pd(source.sourceRate), targetRate = _mm512_set1_pd(source.targetRate);
+  const __m512d one = _mm512_set1_pd(1);
+  const __m512i neighbours = _mm512_setr_epi32(0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 1);
+  __m512d index = _mm512_setr_pd(0, 1, 2, 3, 4, 5, 6, 7);
+  std::int64_t i = 0;
+  for (; i + 8 <= count; i += 8, index = _mm512_add_pd(index, _mm512_set1_pd(8))) {
+    const __m512d position = _mm512_div_pd(_mm512_mul_pd(index, sourceRate), targetRate);
+    const __m256i k = _mm512_cvttpd_epi32(position);
+    const std::int64_t first = _mm_cvtsi128_si32(_mm256_castsi256_si128(k));
+    if (first + 16 > source.count) {
+      break;
+    }
+    const __m256i distance = _mm256_sub_epi32(k, _mm256_broadcastd_epi32(_mm256_castsi256_si128(k)));
+    const __m512i both = _mm512_add_epi32(_mm512_broadcast_i64x4(distance), neighbours);
+    const __m512 samples = _mm512_permutexvar_ps(both, _mm512_loadu_ps(source.samples + first));
+    const __m512d s0 = _mm512_cvtps_pd(_mm512_castps512_ps256(samples));
+    const __m512d s1 = _mm512_cvtps_pd(_mm512_extractf32x8_ps(samples, 1));
+    const __m512d whole = _mm512_cvtepi32_pd(k);
+    const __m512d sum = _mm512_add_pd(_mm512_mul_pd(_mm512_sub_pd(position, whole), s1),
+                                      _mm512_mul_pd(_mm512_sub_pd(_mm512_add_pd(whole, one), position), s0));
+    _mm256_storeu_ps(target + i, _mm512_cvtpd_ps(sum));
+  }
+  return i;
+}
+
 constexpr qxv::os::KernelTable<std::int64_t (*)(const Source&, float*, std::int64_t) noexcept> kInside{
-    {&InsideBaseline, &InsideAvx2, &InsideAvx2}};
+    {&InsideBaseline, &InsideAvx2, &InsideAvx512}};
 
 }  // namespace
 

@@ -11,6 +11,7 @@
 #include "os/cpu.h"
 #include "os/intrinsics.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -86,6 +87,12 @@ void EncodeRest(const float* samples, unsigned char* bytes, std::size_t from, st
   }
 }
 
+// Floats before the next address that is a multiple of a vector, at most count: loads and stores that cross lines cost twice.
+std::size_t BeforeAligned(const float* samples, std::size_t vectorBytes, std::size_t count) noexcept {
+  const std::size_t bytes = (0 - reinterpret_cast<std::uintptr_t>(samples)) & (vectorBytes - 1);
+  return std::min(bytes / sizeof(float), count);
+}
+
 // --- 8 bits: rare, and quick enough singly ---
 
 void Decode8(const unsigned char* bytes, float* samples, std::size_t count) noexcept { DecodeRest<1>(bytes, samples, 0, count); }
@@ -145,7 +152,8 @@ void Encode16Baseline(const float* samples, unsigned char* bytes, std::size_t co
 QXV_TARGET_AVX2 void Encode16Avx2(const float* samples, unsigned char* bytes, std::size_t count) noexcept {
   const __m256 scale = _mm256_set1_ps(kTo16);
   const __m256i lowHalves = _mm256_set1_epi32(0xFFFF);
-  std::size_t i = 0;
+  std::size_t i = BeforeAligned(samples, 32, count);
+  EncodeRest<2>(samples, bytes, 0, i);
   for (; i + 16 <= count; i += 16) {
     const __m256i low = _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_loadu_ps(samples + i), scale));
     const __m256i high = _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_loadu_ps(samples + i + 8), scale));
@@ -157,10 +165,14 @@ QXV_TARGET_AVX2 void Encode16Avx2(const float* samples, unsigned char* bytes, st
 
 QXV_TARGET_AVX512 void Encode16Avx512(const float* samples, unsigned char* bytes, std::size_t count) noexcept {
   const __m512 scale = _mm512_set1_ps(kTo16);
-  std::size_t i = 0;
-  for (; i + 16 <= count; i += 16) {
-    const __m512i values = _mm512_cvttps_epi32(_mm512_mul_ps(_mm512_loadu_ps(samples + i), scale));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(bytes + 2 * i), _mm512_cvtepi32_epi16(values));
+  const __m512i evenWords = _mm512_set_epi16(62, 60, 58, 56, 54, 52, 50, 48, 46, 44, 42, 40, 38, 36, 34, 32,  //
+                                             30, 28, 26, 24, 22, 20, 18, 16, 14, 12, 10, 8, 6, 4, 2, 0);
+  std::size_t i = BeforeAligned(samples, 64, count);
+  EncodeRest<2>(samples, bytes, 0, i);
+  for (; i + 32 <= count; i += 32) {
+    const __m512i low = _mm512_cvttps_epi32(_mm512_mul_ps(_mm512_loadu_ps(samples + i), scale));
+    const __m512i high = _mm512_cvttps_epi32(_mm512_mul_ps(_mm512_loadu_ps(samples + i + 16), scale));
+    _mm512_storeu_si512(bytes + 2 * i, _mm512_permutex2var_epi16(low, evenWords, high));
   }
   EncodeRest<2>(samples, bytes, i, count);
 }
@@ -214,19 +226,51 @@ QXV_TARGET_AVX2 void Encode24Avx2(const float* samples, unsigned char* bytes, st
   EncodeRest<3>(samples, bytes, i, count);
 }
 
-// --- Two channels ---
+// --- Two channels: a pair of 16-bit samples is one number of 32 bits, the second sample its upper half ---
 
-void SplitPairsBaseline(const float* pairs, float* first, float* second, std::size_t count) noexcept {
+void Split16Rest(const unsigned char* bytes, float* first, float* second, std::size_t from, std::size_t count) noexcept {
+  for (std::size_t i = from; i < count; ++i) {
+    first[i] = qxv::SampleFromBytes(2, bytes + 4 * i);
+    second[i] = qxv::SampleFromBytes(2, bytes + 4 * i + 2);
+  }
+}
+
+void Split16Baseline(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
+  const __m128 scale = _mm_set1_ps(kFrom16);
   std::size_t i = 0;
   for (; i + 4 <= count; i += 4) {
-    const __m128 low = _mm_loadu_ps(pairs + 2 * i), high = _mm_loadu_ps(pairs + 2 * i + 4);
-    _mm_storeu_ps(first + i, _mm_shuffle_ps(low, high, _MM_SHUFFLE(2, 0, 2, 0)));
-    _mm_storeu_ps(second + i, _mm_shuffle_ps(low, high, _MM_SHUFFLE(3, 1, 3, 1)));
+    const __m128i pairs = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 4 * i));
+    const __m128i low = _mm_srai_epi32(_mm_slli_epi32(pairs, 16), 16), high = _mm_srai_epi32(pairs, 16);
+    _mm_storeu_ps(first + i, _mm_mul_ps(_mm_cvtepi32_ps(low), scale));
+    _mm_storeu_ps(second + i, _mm_mul_ps(_mm_cvtepi32_ps(high), scale));
   }
-  for (; i < count; ++i) {
-    std::memcpy(first + i, pairs + 2 * i, sizeof(float));
-    std::memcpy(second + i, pairs + 2 * i + 1, sizeof(float));
+  Split16Rest(bytes, first, second, i, count);
+}
+
+QXV_TARGET_AVX2 void Split16Avx2(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
+  const __m256 scale = _mm256_set1_ps(kFrom16);
+  std::size_t i = BeforeAligned(first, 32, count);
+  Split16Rest(bytes, first, second, 0, i);
+  for (; i + 8 <= count; i += 8) {
+    const __m256i pairs = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes + 4 * i));
+    const __m256i low = _mm256_srai_epi32(_mm256_slli_epi32(pairs, 16), 16), high = _mm256_srai_epi32(pairs, 16);
+    _mm256_storeu_ps(first + i, _mm256_mul_ps(_mm256_cvtepi32_ps(low), scale));
+    _mm256_storeu_ps(second + i, _mm256_mul_ps(_mm256_cvtepi32_ps(high), scale));
   }
+  Split16Rest(bytes, first, second, i, count);
+}
+
+QXV_TARGET_AVX512 void Split16Avx512(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
+  const __m512 scale = _mm512_set1_ps(kFrom16);
+  std::size_t i = BeforeAligned(first, 64, count);
+  Split16Rest(bytes, first, second, 0, i);
+  for (; i + 16 <= count; i += 16) {
+    const __m512i pairs = _mm512_loadu_si512(bytes + 4 * i);
+    const __m512i low = _mm512_srai_epi32(_mm512_slli_epi32(pairs, 16), 16), high = _mm512_srai_epi32(pairs, 16);
+    _mm512_storeu_ps(first + i, _mm512_mul_ps(_mm512_cvtepi32_ps(low), scale));
+    _mm512_storeu_ps(second + i, _mm512_mul_ps(_mm512_cvtepi32_ps(high), scale));
+  }
+  Split16Rest(bytes, first, second, i, count);
 }
 
 using qxv::os::KernelTable;
@@ -235,6 +279,8 @@ using Encode = void (*)(const float*, unsigned char*, std::size_t) noexcept;
 
 constexpr KernelTable<Decode> kDecode16{{&Decode16Baseline, &Decode16Avx2, &Decode16Avx512}};
 constexpr KernelTable<Decode> kDecode24{{&Decode24Baseline, &Decode24Avx2, &Decode24Avx2}};
+constexpr KernelTable<void (*)(const unsigned char*, float*, float*, std::size_t) noexcept> kSplit16{
+    {&Split16Baseline, &Split16Avx2, &Split16Avx512}};
 constexpr KernelTable<Encode> kEncode16{{&Encode16Baseline, &Encode16Avx2, &Encode16Avx512}};
 constexpr KernelTable<Encode> kEncode24{{&Encode24, &Encode24Avx2, &Encode24Avx2}};
 
@@ -266,6 +312,6 @@ void qxv::BytesFromSamples(int width, const float* samples, unsigned char* bytes
   }
 }
 
-void qxv::SplitPairs(const float* pairs, float* first, float* second, std::size_t count) noexcept {
-  SplitPairsBaseline(pairs, first, second, count);
+void qxv::SplitPairs16(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
+  kSplit16.Active()(bytes, first, second, count);
 }

@@ -16,8 +16,8 @@ void SamplesFromBytes(int width, const unsigned char* bytes, float* samples, std
 /// @param width  1 to 4
 void BytesFromSamples(int width, const float* samples, unsigned char* bytes, std::size_t count) noexcept;
 
-/// Every other float of 2 * count to one of two places.
-void SplitPairs(const float* pairs, float* first, float* second, std::size_t count) noexcept;
+/// Floats of count pairs of 16-bit samples, the first of each pair to one place, the second to another.
+void SplitPairs16(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept;
 
 /// One sample, the rule that the functions above are tested against.
 float SampleFromBytes(int width, const unsigned char* bytes) noexcept;
