@@ -9,6 +9,7 @@
 #include <climits>
 #include <cstring>
 #include <iterator>
+#include <new>
 
 namespace qxv::os {
 
@@ -131,7 +132,19 @@ std::ptrdiff_t WideToMultiByte(unsigned page, const QXChar* text, std::size_t co
                             });
 }
 
+namespace {
+
+// Tells want of memory from the other reasons why a page cannot be used.
+void DemandMemoryFor(unsigned page) {
+  if (!CodePageExists(page) && system::CodePageWantsMemory(Resolved(page))) {
+    throw std::bad_alloc();
+  }
+}
+
+}  // namespace
+
 bool MultiByteToWide(unsigned page, std::string_view bytes, std::basic_string<QXChar>& out, bool* lost) {
+  DemandMemoryFor(page);
   const std::ptrdiff_t needed = MultiByteToWide(page, bytes.data(), bytes.size(), nullptr, 0, lost);
   if (needed < 0) {
     return false;
@@ -145,6 +158,7 @@ bool MultiByteToWide(unsigned page, std::string_view bytes, std::basic_string<QX
 }
 
 bool WideToMultiByte(unsigned page, std::basic_string_view<QXChar> text, std::string& out, bool* lost) {
+  DemandMemoryFor(page);
   const std::ptrdiff_t needed = WideToMultiByte(page, text.data(), text.size(), nullptr, 0, lost);
   if (needed < 0) {
     return false;

@@ -29,6 +29,7 @@ unsigned ThreadAnsiCodePage() noexcept;
 /// The ANSI page that Windows pairs with a locale name such as zh_CN.UTF-8; 1252 for C, POSIX, null and names not known.
 unsigned CodePageOfLocale(const char* name) noexcept;
 
+/// Also false while there is no memory for what a page needs; then the next call tries again.
 [[nodiscard]] bool CodePageExists(unsigned page) noexcept;
 
 /// Converts exactly count bytes, zeros among them. The units written, none of them added as a terminator; with capacity 0 the
@@ -41,7 +42,8 @@ std::ptrdiff_t MultiByteToWide(unsigned page, const char* bytes, std::size_t cou
 std::ptrdiff_t WideToMultiByte(unsigned page, const QXChar* text, std::size_t count, char* out, std::size_t capacity,
                                bool* lost = nullptr) noexcept;
 
-/// The same into a string, which is left as it was when the result is false.
+/// The same into a string, which is left as it was when the result is false. Throws std::bad_alloc for want of memory, also for
+/// what the page needs.
 [[nodiscard]] bool MultiByteToWide(unsigned page, std::string_view bytes, std::basic_string<QXChar>& out, bool* lost = nullptr);
 [[nodiscard]] bool WideToMultiByte(unsigned page, std::basic_string_view<QXChar> text, std::string& out, bool* lost = nullptr);
 

@@ -37,6 +37,8 @@ unsigned ThreadAnsiCodePage() noexcept { return system::AnsiCodePage(); }
 
 bool CodePageExists(unsigned page) noexcept { return TableOf(page) != nullptr; }
 
+bool CodePageWantsMemory(unsigned page) noexcept { return IsTablePage(page) && !IsPageLacking(page); }
+
 std::ptrdiff_t Decode(unsigned page, const char* bytes, std::size_t count, QXChar* out, std::size_t capacity,
                       bool* lost) noexcept {
   const CodePageTable* const table = TableOf(page);

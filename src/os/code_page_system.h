@@ -8,6 +8,8 @@ namespace qxv::os::system {
 unsigned AnsiCodePage() noexcept;
 unsigned ThreadAnsiCodePage() noexcept;
 [[nodiscard]] bool CodePageExists(unsigned page) noexcept;
+/// Of a page that does not exist: whether it would with more memory.
+[[nodiscard]] bool CodePageWantsMemory(unsigned page) noexcept;
 
 /// As MultiByteToWide and WideToMultiByte: count is at least 1 and at most INT_MAX. lost is never null and only ever set.
 std::ptrdiff_t Decode(unsigned page, const char* bytes, std::size_t count, QXChar* out, std::size_t capacity,

@@ -240,6 +240,8 @@ struct Slot {
 
 Slot slots[std::size(kPages)];
 
+Slot& SlotOf(unsigned page) noexcept { return slots[std::find(std::begin(kPages), std::end(kPages), page) - std::begin(kPages)]; }
+
 // One page at a time: iconv loads and unloads its modules under locks that no thread checker sees.
 std::mutex building;
 
@@ -248,11 +250,10 @@ std::mutex building;
 bool IsTablePage(unsigned page) noexcept { return std::find(std::begin(kPages), std::end(kPages), page) != std::end(kPages); }
 
 const CodePageTable* TableOf(unsigned page) noexcept {
-  const auto* const found = std::find(std::begin(kPages), std::end(kPages), page);
-  if (found == std::end(kPages)) {
+  if (!IsTablePage(page)) {
     return nullptr;
   }
-  Slot& slot = slots[found - std::begin(kPages)];
+  Slot& slot = SlotOf(page);
   const CodePageTable* table = slot.table.load(std::memory_order_acquire);
   if (table == nullptr) {
     const std::lock_guard<std::mutex> lock(building);
@@ -263,6 +264,11 @@ const CodePageTable* TableOf(unsigned page) noexcept {
     }
   }
   return table;
+}
+
+bool IsPageLacking(unsigned page) noexcept {
+  const std::lock_guard<std::mutex> lock(building);
+  return SlotOf(page).lacking;
 }
 
 }  // namespace qxv::os

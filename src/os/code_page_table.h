@@ -20,4 +20,7 @@ struct CodePageTable {
 /// system's iconv lacks it, or there is no memory for it now; then the next call tries again.
 const CodePageTable* TableOf(unsigned page) noexcept;
 
+/// Whether iconv has told that it has no such page.
+[[nodiscard]] bool IsPageLacking(unsigned page) noexcept;
+
 }  // namespace qxv::os

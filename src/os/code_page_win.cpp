@@ -20,6 +20,8 @@ unsigned ThreadAnsiCodePage() noexcept {
 
 bool CodePageExists(unsigned page) noexcept { return ::IsValidCodePage(page) != 0; }
 
+bool CodePageWantsMemory(unsigned) noexcept { return false; }
+
 std::ptrdiff_t Decode(unsigned page, const char* bytes, std::size_t count, QXChar* out, std::size_t capacity,
                       bool* lost) noexcept {
   const int length = static_cast<int>(count);

@@ -58,11 +58,11 @@ bool BeginsWith(Bytes bytes, std::string_view mark) noexcept {
 }
 
 os::ErrorCode DecodePage(Bytes bytes, unsigned codePage, Text& text) {
-  if (!os::CodePageExists(codePage)) {
-    return os::kErrorInvalidParameter;
-  }
   const std::string_view chars(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-  return os::MultiByteToWide(codePage, chars, text) ? os::kErrorNone : os::kErrorFileTooLarge;
+  if (os::MultiByteToWide(codePage, chars, text)) {
+    return os::kErrorNone;
+  }
+  return os::CodePageExists(codePage) ? os::kErrorFileTooLarge : os::kErrorInvalidParameter;
 }
 
 }  // namespace

@@ -212,6 +212,8 @@ TEST(RegisterLayout, ANewOneHasNoKeyBehindItsVirtualTable) {
   static_assert(sizeof fields == sizeof subject);
   std::memcpy(&fields, static_cast<const void*>(&subject), sizeof fields);
   EXPECT_EQ(fields.key, nullptr);
+}
+
 // ---- the table of network paths: what an exchange holds, in its order behind the virtual table
 
 static_assert(sizeof(qxv::SNetPathItem) == 24 && std::is_standard_layout_v<qxv::SNetPathItem>);
@@ -269,6 +271,7 @@ TEST(XmlLayout, MembersStandBehindTheTable) {
   EXPECT_EQ(PlaceOf(node, node.m_arrAtt), 16);
   EXPECT_EQ(PlaceOf(node, node.m_arrNode), 48);
 }
+
 // ---- jpeg_codec.h: the records that a codec library in its place must know too
 
 static_assert(sizeof(QXVJpegStream) == 24 && offsetof(QXVJpegStream, length) == 0 && sizeof(QXVJpegStream::length) == 4);
