@@ -50,8 +50,8 @@ int Sign(std::size_t a, std::size_t b) noexcept { return a > b ? 1 : a < b ? -1 
 
 // Sizing.
 
-// Makes room for nNewLength characters and writes the words; the caller then writes its characters and their terminator. The
-// first nKeep characters survive, the rest of the buffer is zero.
+// Makes room for nNewLength characters and writes the words. The first nKeep characters survive; those up to nNewLength are the
+// caller's to write; what follows is zero.
 void CQXString::AllocBuffer(std::size_t nOldCapacity, std::size_t nKeep, std::size_t nNewLength) {
   if (nNewLength > qxv::kStringMaxLength) {
     throw std::bad_alloc();
@@ -59,7 +59,7 @@ void CQXString::AllocBuffer(std::size_t nOldCapacity, std::size_t nKeep, std::si
   const std::size_t keep = nKeep > nOldCapacity ? 0 : std::min(nKeep, nNewLength);
   const std::size_t slot = StringSlot(nNewLength);
   if (m_pText != nullptr && nNewLength <= nOldCapacity && nNewLength + qxv::kStringReuseRange > nOldCapacity) {
-    Zero(m_pText, keep, nOldCapacity + 1);
+    Zero(m_pText, nNewLength, nOldCapacity + 1);
     WriteStringWords(m_pText, slot, nNewLength, nOldCapacity);
     return;
   }
@@ -73,7 +73,7 @@ void CQXString::AllocBuffer(std::size_t nOldCapacity, std::size_t nKeep, std::si
     delete[] m_pText;
     m_pText = buffer;
   }
-  Zero(m_pText, keep, slot + 1);
+  Zero(m_pText, nNewLength, slot + 1);
   WriteStringWords(m_pText, slot, nNewLength, slot);
 }
 
@@ -89,7 +89,6 @@ bool CQXString::PointsInside(const QXChar* pText, const StringWords& words) cons
 void CQXString::SetText(const StringWords& words, const QXChar* pText, std::size_t nLength) {
   AllocBuffer(words.valid ? words.capacity : 0, 0, nLength);
   std::memcpy(m_pText, pText, nLength * sizeof(QXChar));
-  m_pText[nLength] = 0;
 }
 
 QXChar* qxv::TextAccess::Size(CQXString& text, std::size_t length) {
@@ -109,19 +108,24 @@ void qxv::AssignText(CQXString& text, std::basic_string_view<QXChar> characters)
 // KEPT: the text goes behind the length word, not behind the visible text, so what follows an earlier zero stays invisible.
 //   The layout is shared with applications that cut a text through its pointer. Pinned by
 //   StringKept.AppendGoesBehindTheLengthWord.
-void CQXString::AppendText(const StringWords& words, const QXChar* pText, std::size_t nLength) {
+QXChar* qxv::TextAccess::Grow(CQXString& text, const StringWords& words, std::size_t length) {
   std::size_t at = words.length;
-  if (words.valid || m_pText == nullptr) {
-    AllocBuffer(words.capacity, at, at + nLength);
+  if (words.valid || text.m_pText == nullptr) {
+    text.AllocBuffer(words.capacity, at, at + length);
   } else {  // the words are text: keep what is visible and size anew
-    at = VisibleLength(m_pText);
+    at = VisibleLength(text.m_pText);
     CQXString grown;
-    grown.AllocBuffer(0, 0, at + nLength);
-    std::memcpy(grown.m_pText, m_pText, at * sizeof(QXChar));
-    std::swap(m_pText, grown.m_pText);
+    grown.AllocBuffer(0, 0, at + length);
+    std::memcpy(grown.m_pText, text.m_pText, at * sizeof(QXChar));
+    std::swap(text.m_pText, grown.m_pText);
   }
-  std::memcpy(m_pText + at, pText, nLength * sizeof(QXChar));
-  m_pText[at + nLength] = 0;
+  return text.m_pText + at;
+}
+
+QXChar* qxv::TextAccess::Grow(CQXString& text, std::size_t length) { return Grow(text, ReadStringWords(text.m_pText), length); }
+
+void CQXString::AppendText(const StringWords& words, const QXChar* pText, std::size_t nLength) {
+  std::memcpy(qxv::TextAccess::Grow(*this, words, nLength), pText, nLength * sizeof(QXChar));
 }
 
 // Construction and assignment.

@@ -10,7 +10,12 @@
 
 namespace qxv {
 
+struct StringWords;
+
 struct TextAccess {
+  /// What the text's conversion to a pointer gives, but null for a text without a buffer.
+  [[nodiscard]] static const QXChar* Buffer(const CQXString& text) noexcept { return text.m_pText; }
+
   /// Sizes the text as an assignment of so many characters (at least 1) does and returns the place for them; all must be written,
   /// none of them zero. The terminator stands already.
   [[nodiscard]] static QXChar* Size(CQXString& text, std::size_t length);
@@ -36,6 +41,9 @@ struct TextAccess {
     }
     WriteStringWords(block, kStringBlock, length, capacity);
   }
+  /// Sizes the text as appending so many characters (at least 1) does and returns the place for them, behind the length word.
+  [[nodiscard]] static QXChar* Grow(CQXString& text, std::size_t length);
+  [[nodiscard]] static QXChar* Grow(CQXString& text, const StringWords& words, std::size_t length);  // words as they were read
 };
 
 /// Assigns characters that hold no zero and lie outside the text's own buffer.
