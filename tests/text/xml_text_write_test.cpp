@@ -96,6 +96,43 @@ TEST(XmlTextWrite, TheWordsAreThoseOfStepByStepAppending) {
   }
 }
 
+// Lengths around whole steps, whole blocks and the pieces that text is collected in.
+TEST(XmlTextWrite, NamesAndValuesOfEveryLengthArriveWhole) {
+  for (const std::size_t length :
+       {0u, 1u, 15u, 16u, 17u, 31u, 32u, 33u, 127u, 128u, 129u, 255u, 256u, 257u, 1000u, 32768u, 100000u}) {
+    const Text plain = Repeat(QXT('v'), length);
+    const Text marked = plain + QXT("\"") + plain;
+    const std::unique_ptr<CQXVXmlNode> root(NewNode(plain.c_str(), {{plain.c_str(), plain.c_str()}, {QXT("m"), marked.c_str()}}));
+    EXPECT_TRUE(Written(*root) == QXT("<") + plain + QXT(" ") + plain + QXT("=\"") + plain + QXT("\" m=\"") + plain +
+                                      QXT("&quot;") + plain + QXT("\">\r\n</") + plain + QXT(">\r\n"))
+        << length;
+  }
+}
+
+TEST(XmlTextWrite, ManyAttributesAndChildrenKeepTheirOrder) {
+  CQXVXmlNode root(CQXString(QXT("r")));
+  Text expected = QXT("<r");
+  CQXString number;
+  for (int i = 0; i < 100; ++i) {
+    number.Format(QXT("%d"), i);
+    root.m_arrAtt.Add(new CQXVXmlAtt(QXT("a"), number));
+    expected += Text(QXT(" a=\"")) + static_cast<const QXChar*>(number) + QXT("\"");
+  }
+  expected += QXT(">\r\n");
+  for (int i = 0; i < 100; ++i) {
+    number.Format(QXT("%d"), i);
+    root.m_arrNode.Add(NewNode(number));
+    const Text name(static_cast<const QXChar*>(number));
+    Text inner;
+    for (int k = 0; k < i % 4; ++k) {
+      root.m_arrNode[i]->m_arrNode.Add(NewNode(QXT("k")));
+      inner += QXT("<k>\r\n</k>\r\n");
+    }
+    expected += QXT("<") + name + QXT(">\r\n") + inner + QXT("</") + name + QXT(">\r\n");
+  }
+  EXPECT_EQ(Printable(Written(root)), Printable(expected + QXT("</r>\r\n")));
+}
+
 TEST(XmlTextWrite, ADeepTreeIsWritten) {
   constexpr std::size_t kDepth = support::kManyNodes;
   CQXVXmlNode root(CQXString(QXT("n")));
