@@ -57,7 +57,8 @@ class QXV_API CQXVXmlNode {
 ///
 /// @param text may stand inside the target's tree
 /// @return 0, or the negative HRESULT of what failed: 0x80004005 for more than 10,000 levels, 0x8007000E when the parser has no
-///   memory, that of COM otherwise. What was converted before a failure stays in the target.
+///   memory, that of COM otherwise. What was converted before a failure stays in the target. Without memory for the parser's copy
+///   of the text, or for the tree, std::bad_alloc is thrown and the target is empty.
 QXV_API int QXVXMLString2Struct(const CQXString& text, CQXVXmlNode& root);
 
 /// Appends the tree as text: one line for each opening and each closing tag, ended by carriage return and line feed, without

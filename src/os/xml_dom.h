@@ -36,8 +36,9 @@ enum class XmlText { Fit, Blank, TooDeep, TooLarge };
 /// Tells the sink the second of the document's top-level nodes when there are exactly two; otherwise, and when the text is
 /// malformed, tells nothing. No file and no address is opened; entities may expand to 10 MiB and to 100 times the text, or the
 /// document counts as malformed.
-/// @return 0; 0x80004005 for too many levels; 0x8007000E without memory; on Windows any negative HRESULT of COM. A failure may
-///   come after some nodes were told. What the sink throws passes through.
+/// @return 0; 0x80004005 for too many levels; 0x8007000E when the parser itself has no memory; on Windows any negative HRESULT of
+///   COM. A failure may come after some nodes were told. Without memory for the parser's copy of the text std::bad_alloc is
+///   thrown; what the sink throws passes through.
 [[nodiscard]] HRESULT ReadXml(TextView text, XmlSink& sink);
 
 }  // namespace qxv::os

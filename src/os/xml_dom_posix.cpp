@@ -17,6 +17,7 @@
 #include <climits>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -90,10 +91,12 @@ bool ToUtf8(TextView text, std::string& bytes) {
   if (!text.empty() && text.front() == QXT('\uFEFF')) {
     text.remove_prefix(1);
   }
-  bytes.resize(text.size() * 3);
   bool lost = false;
-  const std::ptrdiff_t written = text.empty() ? 0 : EncodeUtf8(text.data(), text.size(), bytes.data(), bytes.size(), &lost);
-  bytes.resize(static_cast<std::size_t>(std::max<std::ptrdiff_t>(written, 0)));
+  if (!text.empty()) {
+    // Counted first: three bytes a unit would be fresh memory that most texts never use.
+    bytes.resize(static_cast<std::size_t>(EncodeUtf8(text.data(), text.size(), nullptr, 0 /*count*/, &lost)));
+    (void)EncodeUtf8(text.data(), text.size(), bytes.data(), bytes.size(), &lost);
+  }
   return !lost;
 }
 
@@ -327,7 +330,7 @@ HRESULT ReadXml(TextView text, XmlSink& sink) {
     return 0;
   }
   if (bytes.size() > INT_MAX) {
-    return kOutOfMemory;
+    throw std::bad_alloc();
   }
   const std::size_t expansion = std::min(kXmlMaxExpansion, kXmlMaxExpansionFactor * bytes.size());
   Budget parsed{expansion};

@@ -7,6 +7,7 @@
 #include <msxml.h>
 #include <oleauto.h>
 
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -154,7 +155,7 @@ HRESULT TellTree(Node root, XmlSink& sink) {
 HRESULT Load(const ComPtr<IXMLDOMDocument>& document, TextView text) {
   const Bstr copy(text);
   if (copy.Get() == nullptr) {
-    return E_OUTOFMEMORY;
+    throw std::bad_alloc();
   }
   VARIANT_BOOL loaded = VARIANT_FALSE;
   HRESULT result = S_OK;

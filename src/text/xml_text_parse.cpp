@@ -79,20 +79,29 @@ void MoveArray(CQXArray<T*, T*>& from, CQXArray<T*, T*>& to) {
   }
 }
 
-}  // namespace
-
-int QXVXMLString2Struct(const CQXString& text, CQXVXmlNode& root) {
-  // The target is cleared behind the parser: the text may stand in it.
-  TreeBuilder builder;
-  const HRESULT result = qxv::os::ReadXml(TextView(text, static_cast<std::size_t>(text.GetLength())), builder);
-  const std::unique_ptr<CQXVXmlNode> tree = builder.Finish();
+void Clear(CQXVXmlNode& root) noexcept {
   qxv::DeleteAttributes(root);
   root.m_arrAtt.RemoveAll();
   qxv::DeleteChildren(root);
-  if (tree != nullptr) {
-    root.m_strName = tree->m_strName;
-    MoveArray(tree->m_arrAtt, root.m_arrAtt);
-    MoveArray(tree->m_arrNode, root.m_arrNode);
+}
+
+}  // namespace
+
+int QXVXMLString2Struct(const CQXString& text, CQXVXmlNode& root) {
+  try {
+    // The target is cleared behind the parser: the text may stand in it.
+    TreeBuilder builder;
+    const HRESULT result = qxv::os::ReadXml(TextView(text, static_cast<std::size_t>(text.GetLength())), builder);
+    const std::unique_ptr<CQXVXmlNode> tree = builder.Finish();
+    Clear(root);
+    if (tree != nullptr) {
+      root.m_strName = tree->m_strName;
+      MoveArray(tree->m_arrAtt, root.m_arrAtt);
+      MoveArray(tree->m_arrNode, root.m_arrNode);
+    }
+    return result;
+  } catch (...) {  // memory ended: the target is empty all the same
+    Clear(root);
+    throw;
   }
-  return result;
 }

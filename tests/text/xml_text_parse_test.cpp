@@ -243,6 +243,8 @@ TEST(XmlTextMalformed, EveryRefusedAllocationLosesNothing) {
       EXPECT_EQ(QXVXMLString2Struct(text, *root), 0);
     } catch (const std::bad_alloc&) {
       EXPECT_TRUE(failing.Refused());
+      EXPECT_EQ(root->m_arrAtt.GetSize(), 0) << index;
+      EXPECT_EQ(root->m_arrNode.GetSize(), 0) << index;
     }
     refused = failing.Refused();
   }
