@@ -29,7 +29,7 @@ unsigned ThreadAnsiCodePage() noexcept;
 /// The ANSI page that Windows pairs with a locale name such as zh_CN.UTF-8; 1252 for C, POSIX, null and names not known.
 unsigned CodePageOfLocale(const char* name) noexcept;
 
-/// Also false while there is no memory for what a page needs; then the next call tries again.
+/// Also false while there is no memory or no descriptor for what a page needs; then the next call tries again.
 [[nodiscard]] bool CodePageExists(unsigned page) noexcept;
 
 /// Converts exactly count bytes, zeros among them. The units written, none of them added as a terminator; with capacity 0 the

@@ -8,7 +8,7 @@ namespace qxv::os::system {
 unsigned AnsiCodePage() noexcept;
 unsigned ThreadAnsiCodePage() noexcept;
 [[nodiscard]] bool CodePageExists(unsigned page) noexcept;
-/// Of a page that does not exist: whether it would with more memory.
+/// Of a page that does not exist: whether it would with more memory or descriptors.
 [[nodiscard]] bool CodePageWantsMemory(unsigned page) noexcept;
 
 /// As MultiByteToWide and WideToMultiByte: count is at least 1 and at most INT_MAX. lost is never null and only ever set.

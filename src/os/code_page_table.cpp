@@ -2,7 +2,9 @@
 
 #include "os/code_page_table.h"
 
+#include <fcntl.h>
 #include <iconv.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -207,6 +209,16 @@ void FillCodes(unsigned page, OwnedTable& table) noexcept {
   }
 }
 
+// iconv calls a page unknown also when there is no descriptor for reading its module.
+bool IsDescriptorLeft() noexcept {
+  const int descriptor = ::open("/", O_RDONLY | O_CLOEXEC);
+  if (descriptor < 0) {
+    return errno != EMFILE && errno != ENFILE;
+  }
+  ::close(descriptor);
+  return true;
+}
+
 // @param lacking  set when the system has no such page, rather than no memory or no descriptor now
 const CodePageTable* BuildTable(unsigned page, bool& lacking) noexcept {
   std::unique_ptr<OwnedTable> table;
@@ -221,7 +233,7 @@ const CodePageTable* BuildTable(unsigned page, bool& lacking) noexcept {
   } else {
     Iconv converter(page);
     if (!converter.Opened()) {
-      lacking = errno == EINVAL;
+      lacking = errno == EINVAL && IsDescriptorLeft();
       return nullptr;
     }
     FillSingles(page, &converter, *table);

@@ -17,7 +17,7 @@ struct CodePageTable {
 [[nodiscard]] bool IsTablePage(unsigned page) noexcept;
 
 /// The page's table, built at the first call and kept to the end of the process. Null when the page is not one of ours, the
-/// system's iconv lacks it, or there is no memory for it now; then the next call tries again.
+/// system's iconv lacks it, or there is no memory or no descriptor for it now; then the next call tries again.
 const CodePageTable* TableOf(unsigned page) noexcept;
 
 /// Whether iconv has told that it has no such page.

@@ -1,13 +1,16 @@
 // code_page_posix_test.cpp - where Linux takes the ANSI code page from. It is read once a process, so each question is a process
-// of its own; and what becomes of a page whose table found no memory.
+// of its own; and what becomes of a page whose table found no memory or no descriptor.
 
 #include "os/code_page.h"
 #include "support/guard_new.h"
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <cstdio>
 #include <cstdlib>
+#include <new>
 #include <string>
 
 namespace {
@@ -75,6 +78,59 @@ TEST(CodePageOfTheEnvironmentDeathTest, ComesFromTheFirstVariableThatIsSet) {
 TEST(CodePageWithoutMemoryDeathTest, APageThatFoundNoMemoryIsThereWhenThereIsSome) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");  // a fresh process: the page was never used in it
   EXPECT_EXIT(AskTwice(), testing::ExitedWithCode(0), "refused 1, without memory 0, with memory 1");
+}
+
+template <class Convert>
+bool ThrowsWithoutMemory(Convert convert) {
+  const support::FailAllocation refuse(0);
+  try {
+    (void)convert();
+  } catch (const std::bad_alloc&) {
+    return refuse.Refused();
+  }
+  return false;
+}
+
+[[noreturn]] void ConvertTwice() {
+  std::basic_string<QXChar> units;
+  std::string bytes;
+  const auto decode = [&] { return qxv::os::MultiByteToWide(1251, std::string_view("\xC0"), units); };
+  const auto encode = [&] { return qxv::os::WideToMultiByte(866, std::basic_string_view<QXChar>(QXT("\u0410")), bytes); };
+  const bool threw[] = {ThrowsWithoutMemory(decode), ThrowsWithoutMemory(encode)};
+  const bool unchanged = units.empty() && bytes.empty();
+  const bool works = decode() && units == QXT("\u0410") && encode() && bytes == "\x80";
+  std::fprintf(stderr, "threw %d %d, unchanged %d, works %d\n", threw[0], threw[1], unchanged, works);
+  std::exit(0);
+}
+
+TEST(CodePageWithoutMemoryDeathTest, ConvertingIntoAStringThrowsAndWorksWhenThereIsSome) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(ConvertTwice(), testing::ExitedWithCode(0), "threw 1 1, unchanged 1, works 1");
+}
+
+[[noreturn]] void AskWithoutDescriptors() {
+  const bool first = qxv::os::CodePageExists(1251);  // iconv has looked for its modules
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  rlimit none = before;
+  none.rlim_cur = 0;
+  ::setrlimit(RLIMIT_NOFILE, &none);
+  const bool without = qxv::os::CodePageExists(936);
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  std::fprintf(stderr, "first %d, without descriptors %d, with %d\n", first, without, qxv::os::CodePageExists(936));
+  std::exit(0);
+}
+
+TEST(CodePageWithoutDescriptorsDeathTest, APageThatFoundNoDescriptorIsThereWhenThereIsOne) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(AskWithoutDescriptors(), testing::ExitedWithCode(0), "first 1, without descriptors 0, with 1");
+}
+
+TEST(CodePageWithoutMemory, AnUnknownPageIsToldNotThrown) {
+  std::basic_string<QXChar> units;
+  std::string bytes;
+  EXPECT_FALSE(qxv::os::MultiByteToWide(9999, std::string_view("a"), units));
+  EXPECT_FALSE(qxv::os::WideToMultiByte(9999, std::basic_string_view<QXChar>(QXT("a")), bytes));
 }
 
 }  // namespace
