@@ -6,7 +6,6 @@
 #include "os/code_page.h"
 
 #include <algorithm>
-#include <new>
 #include <string_view>
 
 namespace qxv::os {
@@ -97,7 +96,7 @@ Text DecodeProfile(std::span<const unsigned char> bytes) {
   const std::string_view mark = "\xEF\xBB\xBF";
   const bool utf8 = chars.starts_with(mark);
   if (!MultiByteToWide(utf8 ? kCodePageUtf8 : kCodePageAnsi, chars.substr(utf8 ? mark.size() : 0), text)) {
-    throw std::bad_alloc();  // more units than there can be; the page exists
+    return {};  // a system that lacks its own ANSI page
   }
   return text;
 }

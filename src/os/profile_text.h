@@ -14,7 +14,7 @@
 namespace qxv::os {
 
 /// The text of a file: UTF-16 of both byte orders and UTF-8 by their marks, else the ANSI page. A last byte alone counts as a
-/// unit of UTF-16 whose other half is zero.
+/// unit of UTF-16 whose other half is zero. Empty where the system's iconv lacks the ANSI page.
 Text DecodeProfile(std::span<const unsigned char> bytes);
 
 /// The value of the first key of this name in the first section of that name, A to Z in any case, without one pair of equal

@@ -1,5 +1,6 @@
 // profile_posix_test.cpp - initialisation files on Linux: where they are looked for, and the reader by itself.
 
+#include "os/code_page.h"
 #include "os/profile.h"
 #include "os/profile_text.h"
 
@@ -10,6 +11,10 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
+#include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -88,6 +93,28 @@ TEST(ProfileText, HalfAUnitAtTheEndIsOne) {
                                                     "1")),
             QXT("1"));
   EXPECT_EQ(qxv::os::DecodeProfile(support::BytesOf("\xFE\xFF\x4E")), QXT("\u4E00"));
+}
+
+// An iconv that found none of its modules when it looked for them first knows no page of two bytes.
+[[noreturn]] void ReadWithoutAnsiPage() {
+  ::setenv("QXV_ACP", "936", 1 /*overwrite*/);
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  rlimit none = before;
+  none.rlim_cur = 0;
+  ::setrlimit(RLIMIT_NOFILE, &none);
+  (void)qxv::os::CodePageExists(936);
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  const bool exists = qxv::os::CodePageExists(936);
+  const bool any = !qxv::os::DecodeProfile(support::BytesOf("[s]\nk=1")).empty();
+  const bool marked = qxv::os::DecodeProfile(support::BytesOf("\xEF\xBB\xBFk=1")) == QXT("k=1");
+  std::fprintf(stderr, "page %d, text %d, marked %d\n", exists, any, marked);
+  std::exit(0);
+}
+
+TEST(ProfileWithoutAnsiPageDeathTest, HasNoValuesUnlessTheFileIsMarked) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // a fresh process: no page was used in it
+  EXPECT_EXIT(ReadWithoutAnsiPage(), testing::ExitedWithCode(0), "page 0, text 0, marked 1");
 }
 
 // Texts in memory that ends where the text does.
