@@ -2,8 +2,9 @@
 //
 // On Windows the system's private-profile service reads, on Linux a reader of ours with the same rules (docs/porting.md):
 // sections and keys are found without regard to the case of A to Z; only the first section of a name counts, and in it the first
-// key. Blanks around names and values are dropped, then one pair of quotation marks or apostrophes around the value. Nothing is a
-// comment but what stands behind a name that nobody asks for. The file is in the ANSI code page, or UTF-16 or UTF-8 by its mark.
+// key. Blanks around names and values are dropped, then one pair of quotation marks or apostrophes around the value. A line that
+// begins with a semicolon is a comment because nobody asks for a key of such a name; behind a value a semicolon belongs to it.
+// The file is in the ANSI code page, or UTF-16 or UTF-8 by its mark.
 //
 // A file name without a drive and without \ and / is looked for in the system's own folder, not in the current one: on Linux that
 // is QXV_WINDIR, else qxv in the user's configuration folder.
