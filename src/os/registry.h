@@ -46,8 +46,7 @@ ErrorCode CloseRegistryKey(HKEY key) noexcept;
 /// Reads a value; a null or empty name is the key's unnamed one.
 /// @param type of the value; given also beside 234
 /// @param data receives the bytes; a span without address asks for type and size only. Its content beside 234 is undefined;
-/// behind
-///             the bytes of a text a zero unit may be written when there is room
+///             behind the bytes of a text a zero unit may be written when there is room
 /// @param size the bytes of the value; with 234 the bytes that it needs
 [[nodiscard]] ErrorCode QueryRegistryValue(HKEY key, const QXChar* name, std::uint32_t& type, std::span<unsigned char> data,
                                            std::uint32_t& size);

@@ -175,9 +175,8 @@ bool BufferFileBlock::Seek(std::int64_t offset, std::uint32_t origin) noexcept {
     default:  // KEPT: any other origin is a place that is not checked. Pinned by BufferFileKept.AnUnknownOriginIsNotChecked.
       break;
   }
-  // KEPT: the place right behind the block lies outside, so a writer that went back in a full block and then to the end writes
-  // only
-  //   what stood before its position. Pinned by BufferFileKept.TheEndOfAFullBlockLiesOutsideIt.
+  // KEPT: the place right behind the block lies outside, so a writer that went back in a full block and then to the end
+  //   writes only what stood before its position. Pinned by BufferFileKept.TheEndOfAFullBlockLiesOutsideIt.
   const auto distance = static_cast<std::uint64_t>(target) - static_cast<std::uint64_t>(m_base);
   if (target >= m_base && distance < m_size) {
     m_position = static_cast<std::uint32_t>(distance);

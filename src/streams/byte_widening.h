@@ -20,8 +20,7 @@ inline constexpr std::size_t kNoShortLine = ~std::size_t{0};
 /// units whatever the length, so that no branch depends on it.
 /// @param end  an ASCII character
 /// @return bytes before the end; kNoShortLine, with nothing written, when there is none or a zero or a byte that is not ASCII
-/// comes
-///         before it
+///         comes before it
 [[nodiscard]] std::size_t WidenShortLine(const unsigned char* bytes, unsigned char end, QXChar* units) noexcept;
 
 // The same, a byte at a time: what the vector forms are tested against.

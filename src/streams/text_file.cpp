@@ -238,9 +238,8 @@ int CQXVtxtRWImpl::GetLineCount() {
   return m_lineCount;
 }
 
-// KEPT: the result is a difference of line indices, which goes on counting from the file's end to its start and leaves a last
-// line
-//   without an end out. Pinned by TextFileFindKept.FoundLinesAreCountedThroughTheWrap,
+// KEPT: the result is a difference of line indices, which goes on counting from the file's end to its start and leaves a
+//   last line without an end out. Pinned by TextFileFindKept.FoundLinesAreCountedThroughTheWrap,
 //   TextFileFindKept.TheSearchFromTheStartReadsTheLineAtThePositionOnceMore and
 //   TextFileFindKept.AMatchInALastLineWithoutAnEndCountsOneLess.
 int CQXVtxtRWImpl::FindLine(const QXChar* text) {

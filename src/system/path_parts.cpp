@@ -74,9 +74,8 @@ CQXString QXVParseExtFileName(const QXChar* path) {
 CQXString QXVParseShortFileName(const QXChar* path) {
   const TextView text = ViewOf(path);
   const std::size_t index = text.rfind(QXT('\\'));
-  // KEPT: without a backslash, or with the only one in front, there is no short name, not even the whole text (callers tell a
-  // bare
-  //   name by that). Pinned by PathPartsKept.ShortNameNeedsABackslashBehindTheFirstCharacter.
+  // KEPT: without a backslash, or with the only one in front, there is no short name, not even the whole text (callers tell
+  //   a bare name by that). Pinned by PathPartsKept.ShortNameNeedsABackslashBehindTheFirstCharacter.
   return index == TextView::npos || index == 0 ? CQXString() : CQXString(Behind(text, index));
 }
 

@@ -74,9 +74,8 @@ DictionaryStep DictionaryScanner::Next(DictionaryEntry& entry) noexcept {
   if (equals == TextView::npos) {
     return Finish();
   }
-  // KEPT: the first character of the value is not tested for a line end, so an equals sign with nothing behind it has the line
-  // end
-  //   as its value: a carriage return, or a line feed with the whole next line. Pinned by
+  // KEPT: the first character of the value is not tested for a line end, so an equals sign with nothing behind it has the
+  //   line end as its value: a carriage return, or a line feed with the whole next line. Pinned by
   //   DictionaryKept.AnEmptyValueIsTheCarriageReturn and DictionaryKept.AnEmptyValueBeforeALineFeedTakesTheNextLine.
   const std::size_t first = SkipBlanks(m_text, equals + 1);
   m_cursor = first < m_text.size() ? FindLineEnd(m_text, first + 1) : first;

@@ -31,10 +31,9 @@ int QXVGetPrivateStringValue(CQXString file, CQXString section, CQXString key, C
   return 1;
 }
 
-// KEPT: the value that means failure is not the one given for a missing key, so what is missing reads as 0 with success, and a
-// file
-//   that holds that value reads as failure. Applications go by the value. Pinned by ProfileKept.AMissingKeyIsZeroAndSuccess and
-//   ProfileKept.TheMarkOfFailureInTheFileIsFailure.
+// KEPT: the value that means failure is not the one given for a missing key, so what is missing reads as 0 with success, and
+//   a file that holds that value reads as failure. Applications go by the value. Pinned by
+//   ProfileKept.AMissingKeyIsZeroAndSuccess and ProfileKept.TheMarkOfFailureInTheFileIsFailure.
 int QXVGetPrivateIntValue(CQXString file, CQXString section, CQXString key, int& value) {
   if (IsAnyEmpty(file, section, key)) {
     return 0;

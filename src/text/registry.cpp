@@ -113,8 +113,7 @@ CQXVRegister& CQXVRegister::operator=(const CQXVRegister&) noexcept { return *th
 CQXVRegister::~CQXVRegister() { (void)Close(); }
 
 // KEPT: the root given is not looked at, the key lies below HKEY_LOCAL_MACHINE; callers that name another root have their
-// settings
-//   there. Pinned by RegisterKept.TheRootGivenToCreateIsIgnored and RegisterKept.TheRootGivenToOpenIsIgnored.
+//   settings there. Pinned by RegisterKept.TheRootGivenToCreateIsIgnored and RegisterKept.TheRootGivenToOpenIsIgnored.
 int CQXVRegister::Create(HKEY /*root*/, const QXChar* subkey) {
   if (Close() != 0) {
     return Result(qxv::kStatusRegistryNoKey);
