@@ -11,7 +11,7 @@ namespace qxv::os {
 namespace {
 
 constinit RecursiveLock tableLock;
-constinit std::array<RecursiveLock*, 4> locks{};
+constinit std::array<RecursiveLock*, 8> locks{};
 constinit std::size_t count = 0;
 
 void BeforeFork() {

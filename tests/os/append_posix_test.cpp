@@ -59,7 +59,7 @@ TEST(PosixAppend, NoDescriptorRemains) {
   EXPECT_EQ(after, before);
 }
 
-constinit RecursiveLock heldLocks[5];
+constinit RecursiveLock heldLocks[9];  // one more than there is room for, without those of the library
 
 TEST(PosixFork, AHeldLockIsFreeInTheChildAndWhatItGuardsIsWhole) {
   ASSERT_TRUE(HoldAcrossFork(heldLocks[0]));
@@ -92,7 +92,7 @@ TEST(PosixFork, ATableThatIsFullSaysSo) {
   for (RecursiveLock& lock : heldLocks) {
     taken += HoldAcrossFork(lock) ? 1 : 0;
   }
-  EXPECT_LT(taken, 5);
+  EXPECT_LT(taken, 9);
   EXPECT_GE(taken, 1);
   EXPECT_EQ(support::RunForked([] {}), 0);
 }
