@@ -1,12 +1,12 @@
 // gif_bench.cpp - CQXVGif beside giflib with a plain index map: pixels to a file.
 
-#include "bench/image/frames_1080p.h"
+#include "bench/image/pictures.h"
 #include "bench/support/ratio.h"
 #include "image/gif.h"
-#include "support/temp_folder.h"
 
 #include <gif_lib.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -37,18 +37,18 @@ void WriteByGiflib(const std::string& name, const Pixels& pixels) {
   ::GifFreeMapObject(map);
 }
 
-bench::Job GifJob(const char* what, const Pixels& (*picture)(), double must) {
+bench::Job GifJob(bench::Texture texture, double must) {
+  const auto picture = std::make_shared<const Pixels>(bench::MakePicture(texture, 3));
   const auto ours = [picture] {
-    const qxv::CQXVGif::Frame frames[] = {picture()};
+    const qxv::CQXVGif::Frame frames[] = {*picture};
     benchmark::DoNotOptimize(qxv::CQXVGif(bench::kWidth, bench::kHeight).Write(Folder().File(QXT("ours.gif")).c_str(), frames));
   };
-  const auto giflib = [picture] { WriteByGiflib((Folder().Native() / "theirs.gif").string(), picture()); };
-  return {"gif/encode", what, ours, {{"giflib", giflib, must}}};
+  const auto giflib = [picture] { WriteByGiflib((Folder().Native() / "theirs.gif").string(), *picture); };
+  return {std::string("gif/encode ") + bench::NameOf(texture), "1080p", ours, {{"giflib", giflib, must}}};
 }
 
 const bench::Register kRegistered([] {
-  return std::vector<bench::Job>{GifJob("1080p flat", &bench::FlatPicture, 1.1),
-                                 GifJob("1080p textured", &bench::TexturedPicture, 1.3)};
+  return std::vector<bench::Job>{GifJob(bench::Texture::Flat, 1.1), GifJob(bench::Texture::Sky, 1.3)};
 });
 
 }  // namespace

@@ -1,11 +1,10 @@
 // jpg_bench.cpp - the JPEG codec library beside TurboJPEG, both from memory to memory with the same transforms, and CQXVJpg,
 // which also turns rows over, takes fresh memory and reads and writes a file, beside TurboJPEG alone.
 
-#include "bench/image/frames_1080p.h"
+#include "bench/image/pictures.h"
 #include "bench/support/ratio.h"
 #include "image/jpg.h"
 #include "jpeg_codec/jpeg_codec.h"
-#include "support/temp_folder.h"
 
 #include <turbojpeg.h>
 
@@ -19,6 +18,11 @@ using bench::kWidth;
 using bench::Pixels;
 
 constexpr int kQuality = 70;
+
+const Pixels& Picture() {
+  static const Pixels pixels = bench::MakePicture(bench::Texture::Sky, 3);
+  return pixels;
+}
 
 const support::Text& FileName() {
   static const support::TempFolder folder;
@@ -37,14 +41,14 @@ Pixels EncodeByTurbo(tjhandle turbo, const Pixels& pixels) {
 }
 
 const Pixels& Compressed() {
-  static const Pixels data = EncodeByTurbo(::tjInitCompress(), bench::TexturedPicture());
+  static const Pixels data = EncodeByTurbo(::tjInitCompress(), Picture());
   return data;
 }
 
 void EncodeOnce() {
   static Pixels data(static_cast<std::size_t>(qxv::JpegEncodeRoom(kWidth, kHeight)));
   QXVJpegImage image{};
-  image.pixels = const_cast<unsigned char*>(bench::TexturedPicture().data());
+  image.pixels = const_cast<unsigned char*>(Picture().data());
   image.format = qxv::kJpegRowsBottomUp;
   image.width = kWidth;
   image.height = kHeight;
@@ -67,21 +71,19 @@ void DecodeOnce() {
 
 void EncodeOnceByTurbo() {
   static const tjhandle turbo = ::tjInitCompress();
-  benchmark::DoNotOptimize(EncodeByTurbo(turbo, bench::TexturedPicture()));
+  benchmark::DoNotOptimize(EncodeByTurbo(turbo, Picture()));
 }
 
 void DecodeOnceByTurbo() {
   static const tjhandle turbo = ::tjInitDecompress();
-  static Pixels pixels(bench::TexturedPicture().size());
+  static Pixels pixels(Picture().size());
   int width = 0, height = 0, sampling = 0, colours = 0;
   ::tjDecompressHeader3(turbo, Compressed().data(), Compressed().size(), &width, &height, &sampling, &colours);
   ::tjDecompress2(turbo, Compressed().data(), Compressed().size(), pixels.data(), width, 0, height, TJPF_BGR, TJFLAG_ACCURATEDCT);
   benchmark::DoNotOptimize(pixels.data());
 }
 
-void WriteOnce() {
-  benchmark::DoNotOptimize(qxv::CQXVJpg().Write(FileName().c_str(), {kWidth, kHeight, bench::TexturedPicture()}));
-}
+void WriteOnce() { benchmark::DoNotOptimize(qxv::CQXVJpg().Write(FileName().c_str(), {kWidth, kHeight, Picture()})); }
 
 void ReadOnce() {
   static const bool written = (WriteOnce(), true);

@@ -18,14 +18,19 @@ void Require(bool holds) {
   }
 }
 
-unsigned char PhotoValue(int x, int y, unsigned channel, std::mt19937& random) {
-  const unsigned gradient = static_cast<unsigned>(x * 200 / kWidth + y * 40 / kHeight) + channel * 5;
-  return static_cast<unsigned char>(gradient + random() % 8);
-}
-
 unsigned char GraphicsValue(int x, int y, unsigned channel) {
   const unsigned cell = static_cast<unsigned>(x / 37) * 7919 + static_cast<unsigned>(y / 53) * 104'729;
   return static_cast<unsigned char>((cell >> channel * 3) * 37);
+}
+
+unsigned char PhotoValue(int x, int y, unsigned channel, unsigned noise) {
+  const unsigned gradient = static_cast<unsigned>(x * 200 / kWidth + y * 40 / kHeight) + channel * 5;
+  return static_cast<unsigned char>(gradient + noise % 8);
+}
+
+unsigned char SkyValue(int x, int y, unsigned channel, unsigned noise) {
+  const int shades[] = {x / 10, y / 6, (x + y) / 16, 0};
+  return static_cast<unsigned char>(static_cast<unsigned>(shades[channel]) + noise % 24);
 }
 
 FIBITMAP* Load(const char* name) {
@@ -37,16 +42,32 @@ FIBITMAP* Load(const char* name) {
 
 }  // namespace
 
-const char* NameOf(Texture texture) { return texture == Texture::Graphics ? "graphics" : "photo"; }
+const char* NameOf(Texture texture) {
+  switch (texture) {
+    case Texture::Flat:
+      return "flat";
+    case Texture::Graphics:
+      return "graphics";
+    case Texture::Sky:
+      return "sky";
+    default:
+      return "photo";
+  }
+}
 
-std::vector<unsigned char> MakePicture(Texture texture, unsigned bytesPerPixel) {
+Pixels MakePicture(Texture texture, unsigned bytesPerPixel) {
+  constexpr unsigned char kFlat = 0xC8;
   std::mt19937 random(1);
-  std::vector<unsigned char> pixels;
+  Pixels pixels;
   pixels.reserve(std::size_t{kWidth} * kHeight * bytesPerPixel);
   for (int y = 0; y < kHeight; ++y) {
     for (int x = 0; x < kWidth; ++x) {
+      const auto shared = static_cast<unsigned>(random());
       for (unsigned channel = 0; channel < bytesPerPixel; ++channel) {
-        pixels.push_back(texture == Texture::Photo ? PhotoValue(x, y, channel, random) : GraphicsValue(x, y, channel));
+        pixels.push_back(texture == Texture::Flat       ? kFlat
+                         : texture == Texture::Graphics ? GraphicsValue(x, y, channel)
+                         : texture == Texture::Sky      ? SkyValue(x, y, channel, shared)
+                                                        : PhotoValue(x, y, channel, static_cast<unsigned>(random())));
       }
     }
   }

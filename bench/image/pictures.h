@@ -14,19 +14,24 @@ inline constexpr int kWidth = 1920;
 inline constexpr int kHeight = 1080;
 
 enum class Texture {
+  Flat,      // one value
   Graphics,  // flat areas with edges, as drawn: titles, masks, charts
+  Sky,       // slow shades under noise that all channels share
   Photo,     // soft gradients under noise: hardly two equal neighbours
 };
 const char* NameOf(Texture texture);
 
-std::vector<unsigned char> MakePicture(Texture texture, unsigned bytesPerPixel);
+using Pixels = std::vector<unsigned char>;
+
+/// Rows top-down, no padding.
+Pixels MakePicture(Texture texture, unsigned bytesPerPixel);
 
 /// A picture in a file of its own.
 struct PictureFile {
   support::TempFolder folder;
   support::Text name;
   std::string native;
-  std::vector<unsigned char> pixels;
+  Pixels pixels;
 
   PictureFile(const support::Text& fileName, Texture texture, unsigned bytesPerPixel);
   qxv::PictureView View() const { return {kWidth, kHeight, pixels}; }
