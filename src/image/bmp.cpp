@@ -39,9 +39,8 @@ std::size_t PaletteEntries(unsigned bitsPerPixel) noexcept {
   return bitsPerPixel == 1 || bitsPerPixel == 4 || bitsPerPixel == 8 ? std::size_t{1} << bitsPerPixel : 0;
 }
 
-// KEPT: the palette has all its entries, whatever the field of colours used says; those behind a shorter palette take bytes of
-// the
-//   pixels. Files written earlier must read the same. Pinned by BmpKept.ColoursUsedIsIgnored and
+// KEPT: the palette has all its entries, whatever the field of colours used says; behind a shorter palette they take bytes of
+//   the pixels. Files written earlier must read the same. Pinned by BmpKept.ColoursUsedIsIgnored and
 //   BmpKept.AFileShorterThanTheWholePaletteIsRefused.
 bool ReadPalette(FileReader& file, std::size_t entries, Palette& palette) noexcept {
   ByteReader in(file.Take(entries * kBytesPerPaletteEntry));
