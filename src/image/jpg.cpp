@@ -45,15 +45,18 @@ struct Compressed {
 // KEPT: rows are turned over on writing and not on reading; the library turns them over once more, so pictures stand upright both
 //   ways, and come back upside down where another library in its place does not. Pinned by
 //   JpgKept.RowsAreTurnedOverOnWritingOnly.
+// One block holds the room that the library is promised and the turned rows behind it: of two blocks of that size the C runtime
+// gives the pages of one back to the system, and having them anew for each picture takes as long as encoding it.
 [[nodiscard]] Status EncodeImage(const PictureView& picture, Compressed& file) {
   const RowShape shape{std::size_t{kBytesPerPixel} * static_cast<std::uint32_t>(picture.width),
                        static_cast<std::uint32_t>(picture.height), RowOrder::BottomUp};
-  const std::unique_ptr<unsigned char[]> rows(new unsigned char[shape.rowBytes * shape.height]);
-  CopyRows(shape, picture.pixels.data(), rows.get());
-  file.bytes.reset(new unsigned char[static_cast<std::size_t>(JpegEncodeRoom(picture.width, picture.height))]);
+  const auto room = static_cast<std::size_t>(JpegEncodeRoom(picture.width, picture.height));
+  file.bytes.reset(new unsigned char[room + shape.rowBytes * shape.height]);
   file.stream.data = file.bytes.get();
+  unsigned char* const rows = file.bytes.get() + room;
+  CopyRows(shape, picture.pixels.data(), rows);
   QXVJpegImage image{};
-  image.pixels = rows.get();
+  image.pixels = rows;
   image.format = kJpegRowsBottomUp;
   image.width = picture.width;
   image.height = picture.height;
