@@ -2,7 +2,7 @@
 // What must hold: reading ends, and every share has a name and an absolute folder.
 
 #include "os/logon_records.h"
-#include "os/network_mounts.h"
+#include "os/mount_table.h"
 #include "os/samba.h"
 
 #include "fuzz/fuzz_input.h"
@@ -36,7 +36,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (const auto share = qxv::os::ParseUserShare(bytes, "name")) {
     CheckShare(*share);
   }
-  const qxv::os::Text name = qxv::os::NetworkNameOfFolder(bytes, "/mnt/share/a");
+  const auto mounts = qxv::os::ParseMounts(bytes);
+  Require(mounts.size() <= size);
+  const qxv::os::Text name = qxv::os::NetworkNameOfFolder("/mnt/share/a", mounts);
   Require(name.empty() || name.starts_with(u"\\\\"));
   Require(qxv::os::LoggedOnNames(bytes).size() <= size);
   return 0;

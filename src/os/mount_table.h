@@ -1,7 +1,8 @@
-// mount_table.h - what is mounted where. Linux only.
+// mount_table.h - what is mounted where (Linux only). All of it may throw std::bad_alloc.
 #pragma once
 
 #include "os/disk.h"
+#include "os/utf.h"
 
 #include <string>
 #include <string_view>
@@ -15,10 +16,12 @@ struct Mount {
   std::string type;  // of its file system
 };
 
-inline constexpr const char* kMountTable = "/proc/self/mounts";
+/// The lines of a mount table in fstab's form: source, folder, type, and more, with blanks between and octal escapes in them. In
+/// their order; comments and lines without a type are left out.
+std::vector<Mount> ParseMounts(std::string_view table);
 
-/// The lines of a mount table (fstab's form), in their order; empty when it cannot be read. May throw std::bad_alloc.
-std::vector<Mount> ReadMounts(const char* file = kMountTable);
+/// The mounts of this system (os/network_places.h names the table); empty when they cannot be read.
+std::vector<Mount> ReadMounts();
 
 /// The mount that holds an absolute path without links: the longest folder, of several mounted one over the other the last. Null
 /// when there is none.
@@ -26,5 +29,10 @@ const Mount* MountOf(std::string_view path, const std::vector<Mount>& mounts);
 
 /// Network, Disc or Memory by the file system's type and source; Fixed for everything else.
 DriveKind KindOfMount(const Mount& mount);
+
+/// The network name of a folder that lies in a cifs, smb3 or smbfs mount: \\server\share and what stands below the mount.
+/// Empty for any other folder.
+/// @param folder  absolute, without links
+Text NetworkNameOfFolder(const std::string& folder, const std::vector<Mount>& mounts);
 
 }  // namespace qxv::os

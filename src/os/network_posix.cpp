@@ -4,8 +4,7 @@
 
 #include "os/drive_map.h"
 #include "os/host_lookup.h"
-#include "os/native_file.h"
-#include "os/network_mounts.h"
+#include "os/mount_table.h"
 #include "os/network_places.h"
 #include "os/samba.h"
 
@@ -17,7 +16,6 @@
 namespace qxv::os {
 namespace {
 
-constexpr std::size_t kLargestMountTable = 16 << 20;
 constexpr std::size_t kLongestConnection = 1023;  // units
 
 struct FreeText {
@@ -70,10 +68,9 @@ class LinuxNetwork final : public NetworkSource {
 
   std::vector<ConnectedDrive> ConnectedDrives() override {
     std::vector<ConnectedDrive> connected;
-    std::string mounts;
-    (void)ReadNativeFile(MountTablePath(), kLargestMountTable, mounts);  // without it nothing is connected
+    const std::vector<Mount> mounts = ReadMounts();
     for (const Drive& drive : MappedDrives()) {
-      Text name = NetworkNameOfFolder(mounts, WithoutLinks(drive.root));
+      Text name = NetworkNameOfFolder(WithoutLinks(drive.root), mounts);
       if (drive.letter >= kFirstNetworkDrive && drive.letter <= kLastNetworkDrive && !name.empty() &&
           name.size() <= kLongestConnection) {
         connected.push_back({drive.letter, std::move(name)});

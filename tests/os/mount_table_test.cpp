@@ -1,10 +1,11 @@
-// mount_table_test.cpp - mount tables as text, and drives on file systems of several kinds.
+// mount_table_test.cpp - mount tables as text, network names by them, and drives on file systems of several kinds.
 
 #include "os/mount_table.h"
 
 #include "support/environment.h"
 #include "support/full_disk.h"
 #include "support/temp_folder.h"
+#include "support/text.h"
 
 #include <gtest/gtest.h>
 
@@ -16,18 +17,9 @@ namespace {
 using namespace qxv::os;
 namespace fs = std::filesystem;
 
-class MountTable : public testing::Test {
- protected:
-  std::vector<Mount> Read(const std::string& text) {
-    EXPECT_TRUE(support::WriteBytes(m_folder.File(QXT("mounts")), text));
-    return ReadMounts((m_folder.Native() / "mounts").c_str());
-  }
-
-  support::TempFolder m_folder;
-};
-
-TEST_F(MountTable, HasSourceFolderAndType) {
-  const auto mounts = Read("/dev/sda1 / ext4 rw,relatime 0 0\n//server/my\\040share /mnt/my\\040media cifs rw,vers=3.0 0 0\n");
+TEST(MountTable, HasSourceFolderAndType) {
+  const auto mounts =
+      ParseMounts("/dev/sda1 / ext4 rw,relatime 0 0\n//server/my\\040share /mnt/my\\040media cifs rw,vers=3.0 0 0\n");
   ASSERT_EQ(mounts.size(), 2u);
   EXPECT_EQ(mounts[0].source, "/dev/sda1");
   EXPECT_EQ(mounts[0].folder, "/");
@@ -37,33 +29,48 @@ TEST_F(MountTable, HasSourceFolderAndType) {
   EXPECT_EQ(mounts[1].type, "cifs");
 }
 
-TEST_F(MountTable, LongLinesBlankLinesAndCommentsAreRead) {
+TEST(MountTable, LongLinesBlankLinesAndCommentsAreRead) {
   const std::string longest(4095, 'd');
-  const auto mounts = Read("\n# a comment\noverlay /" + longest + " overlay lowerdir=" + std::string(100'000, 'l') +
-                           " 0 0\n\n/dev/sdb1 /b xfs rw 0 0");
+  const auto mounts = ParseMounts("\n# a comment\noverlay /" + longest + " overlay lowerdir=" + std::string(100'000, 'l') +
+                                  " 0 0\n\n/dev/sdb1 /b xfs rw 0 0");
   ASSERT_EQ(mounts.size(), 2u);
   EXPECT_EQ(mounts[0].folder, "/" + longest);
   EXPECT_EQ(mounts[0].type, "overlay");
   EXPECT_EQ(mounts[1].folder, "/b");
 }
 
-TEST_F(MountTable, AnyTextIsRead) {
+TEST(MountTable, AnyTextIsRead) {
   const std::string valid = "//server/a\\040b /mnt/c cifs rw 0 0\n";
   for (std::size_t size = 0; size < valid.size(); ++size) {
-    EXPECT_LE(Read(valid.substr(0, size)).size(), 1u) << size;
+    EXPECT_LE(ParseMounts(valid.substr(0, size)).size(), 1u) << size;
   }
-  EXPECT_LE(Read(std::string("\0\0\n\0 \0 \0\n\\ \\4 \\04\n", 19)).size(), 3u);
-  EXPECT_TRUE(ReadMounts("/nonexistent/mounts").empty());
+  EXPECT_LE(ParseMounts(std::string("\0\0\n\0 \0 \0\n\\ \\4 \\04\n", 19)).size(), 3u);
 }
 
-TEST_F(MountTable, ThisSystemHasItsRoot) {
+TEST(MountTable, ASourceMayBeginWithTheSignOfACommentWhenItIsWrittenAsAnEscape) {
+  const auto mounts = ParseMounts(" \t# no /mount at all\n\\043odd\t \t/mnt/odd\tnfs");
+  ASSERT_EQ(mounts.size(), 1u);
+  EXPECT_EQ(mounts[0].source, "#odd");
+  EXPECT_EQ(mounts[0].folder, "/mnt/odd");
+  EXPECT_EQ(mounts[0].type, "nfs");
+}
+
+TEST(MountTable, ALineWithoutATypeIsNoMount) { EXPECT_TRUE(ParseMounts("//server/share /mnt\n//server/share\n \n").empty()); }
+
+TEST(MountTable, ATableThatIsMissingIsEmpty) {
+  const support::ScopedVariable table("QXV_MOUNTS", "/nonexistent/mounts");
+  EXPECT_TRUE(ReadMounts().empty());
+  EXPECT_EQ(GetDriveKind(QXT('Z')), DriveKind::Unknown);
+}
+
+TEST(MountTable, ThisSystemHasItsRoot) {
   const auto mounts = ReadMounts();
   const Mount* root = MountOf("/", mounts);
   ASSERT_NE(root, nullptr);
   EXPECT_EQ(root->folder, "/");
 }
 
-TEST_F(MountTable, TheLongestFolderHoldsAPathAndTheLastMountCoversTheOthers) {
+TEST(MountTable, TheLongestFolderHoldsAPathAndTheLastMountCoversTheOthers) {
   const std::vector<Mount> mounts = {{"a", "/", "ext4"}, {"b", "/mnt", "xfs"}, {"c", "/mnt/x", "nfs"}, {"d", "/mnt", "cifs"}};
   const struct {
     const char* path;
@@ -79,7 +86,7 @@ TEST_F(MountTable, TheLongestFolderHoldsAPathAndTheLastMountCoversTheOthers) {
   EXPECT_EQ(MountOf("/a", {{"b", "/mnt", "xfs"}}), nullptr);
 }
 
-TEST_F(MountTable, TheKindFollowsFromTypeAndSource) {
+TEST(MountTable, TheKindFollowsFromTypeAndSource) {
   const struct {
     Mount mount;
     DriveKind kind;
@@ -95,6 +102,70 @@ TEST_F(MountTable, TheKindFollowsFromTypeAndSource) {
   };
   for (const auto& row : rows) {
     EXPECT_EQ(KindOfMount(row.mount), row.kind) << row.mount.source << " " << row.mount.type;
+  }
+}
+
+constexpr const char* kMounts =
+    "proc /proc proc rw 0 0\n"
+    "/dev/sda1 / ext4 rw,relatime 0 0\n"
+    "//srv/share /mnt/share cifs rw,vers=3.0,addr=10.1.2.3 0 0\n"
+    "//10.1.2.3/media/deep /mnt/media smb3 rw 0 0\n"
+    "//old/share /mnt/old smbfs rw 0 0\n"
+    "/dev/sdb1 /mnt/share/local ext4 rw 0 0\n"
+    "\\134\\134srv\\134my\\040share /mnt/my\\040folder cifs rw 0 0\n"
+    "nfs:/export /mnt/nfs nfs4 rw 0 0\n"
+    "//covered/a /mnt/twice cifs rw 0 0\n"
+    "//srv/b /mnt/twice cifs rw 0 0\n"
+    "srv /mnt/noname cifs rw 0 0\n"
+    " #//srv/c /mnt/nfs cifs rw 0 0\n";
+
+TEST(NetworkMounts, AFolderInANetworkMountHasItsName) {
+  const struct {
+    const char* folder;
+    const QXChar* name;
+  } rows[] = {
+      {"/mnt/share", QXT("\\\\srv\\share")},
+      {"/mnt/share/a/B", QXT("\\\\srv\\share\\a\\B")},
+      {"/mnt/share2", QXT("")},
+      {"/mnt/media", QXT("\\\\10.1.2.3\\media\\deep")},
+      {"/mnt/old", QXT("\\\\old\\share")},
+      {"/mnt/share/local", QXT("")},
+      {"/mnt/share/local/x", QXT("")},
+      {"/mnt/share/localx", QXT("\\\\srv\\share\\localx")},
+      {"/mnt/my folder/c", QXT("\\\\srv\\my share\\c")},
+      {"/mnt/nfs", QXT("")},
+      {"/mnt/twice", QXT("\\\\srv\\b")},
+      {"/mnt/noname", QXT("")},
+      {"/mnt", QXT("")},
+      {"/", QXT("")},
+      {"", QXT("")},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(NetworkNameOfFolder(row.folder, ParseMounts(kMounts)), row.name) << row.folder;
+  }
+}
+
+TEST(NetworkMounts, ARootThatIsAShareCoversAll) {
+  EXPECT_EQ(NetworkNameOfFolder("/", ParseMounts("//srv/root / cifs rw 0 0\n")), QXT("\\\\srv\\root"));
+  EXPECT_EQ(NetworkNameOfFolder("/a", ParseMounts("//srv/root / cifs rw 0 0\n")), QXT("\\\\srv\\root\\a"));
+}
+
+TEST(NetworkMounts, BrokenTablesAreRead) {
+  for (const char* table : {"", "\n\n", " ", "//srv/share", "//srv/share ", "//srv/share /mnt", "//srv/share /mnt ", "  cifs",
+                            "//srv/share  cifs", "\\04 \\ \\9 \\777777"}) {
+    EXPECT_EQ(NetworkNameOfFolder("/mnt", ParseMounts(table)), QXT("")) << table;
+  }
+  EXPECT_EQ(NetworkNameOfFolder("/mnt", ParseMounts("//srv/share /mnt cifs")), QXT("\\\\srv\\share"));
+}
+
+TEST(NetworkMounts, EveryPrefixOfATableIsRead) {
+  const std::string whole = kMounts;
+  for (std::size_t length = 0; length < whole.size(); ++length) {
+    char* const bytes = new char[length + 1];
+    std::copy_n(whole.data(), length, bytes + 1);
+    const Text name = NetworkNameOfFolder("/mnt/share/a", ParseMounts(std::string_view(bytes + 1, length)));
+    EXPECT_TRUE(name.empty() || name == QXT("\\\\srv\\share\\a")) << length;
+    delete[] bytes;
   }
 }
 
