@@ -208,4 +208,10 @@ bool CQXVMD5CtxImpl::Load() {
 
 CQXVMD5Ctx::~CQXVMD5Ctx() = default;
 
-CQXVMD5Ctx* QXV_ConstructMD5() { return new (std::nothrow) CQXVMD5CtxImpl; }
+CQXVMD5Ctx* QXV_ConstructMD5() {
+  try {
+    return new CQXVMD5CtxImpl;
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
