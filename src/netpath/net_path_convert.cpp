@@ -17,11 +17,11 @@ Text Joined(TextView start, TextView rest) { return Text(start).append(rest); }
 
 }  // namespace
 
-// All names of this computer are one: there only the shares are compared.
-bool CQXNetPathExchange::MatchOwnShare(const SNetPathItem& item, TextView path, TextView& rest) const noexcept {
+// All names and addresses of this computer are one: there only the shares are compared.
+bool CQXNetPathExchange::MatchOwnShare(const SNetPathItem& item, TextView path, TextView& rest) {
   const TextView name = ViewOf(item.NamePath);
   const TextView host = HostOf(path);
-  return NamesThisComputer(HostOf(name)) && (NamesThisComputer(host) || IsLoopbackAddress(host)) &&
+  return NamesThisComputer(HostOf(name)) && (NamesThisComputer(host) || IsOwnAddress(host)) &&
          MatchPrefix(BehindHost(path), BehindHost(name), rest);
 }
 
@@ -37,7 +37,7 @@ std::optional<Text> CQXNetPathExchange::LocalByItem(SNetPathItem& item, TextView
     matches = MatchPrefix(path, ViewOf(item.IPPath), rest) || MatchOwnShare(item, path, rest);
   } else if (!name.empty()) {
     matches = MatchPrefix(path, name, rest) || MatchOwnShare(item, path, rest);
-  } else if (const Text& address = AddressOf(host); !address.empty()) {
+  } else if (const Text address = AddressOf(host); !address.empty()) {
     byAddress = (QXT("\\\\") + address).append(BehindHost(path));
     matches = MatchPrefix(byAddress, ViewOf(item.IPPath), rest);
   }

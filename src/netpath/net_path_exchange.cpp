@@ -6,6 +6,8 @@
 #include "netpath/host_text.h"
 #include "os/code_page.h"
 
+#include <algorithm>
+
 namespace qxv {
 namespace {
 
@@ -42,18 +44,24 @@ void CQXNetPathExchange::Forget() {
   m_addresses.clear();
 }
 
-// The address of a host, empty when it has none. Each host is asked for once: an unknown one can take the resolver seconds.
-const os::Text& CQXNetPathExchange::AddressOf(os::TextView host) {
+// None for a host that cannot be resolved. Each host is asked for once: an unknown one can take the resolver seconds.
+const std::vector<os::Text>& CQXNetPathExchange::AddressesOf(os::TextView host) {
   os::Text name = LowerCase(host);
   auto entry = m_addresses.find(name);
   if (entry == m_addresses.end()) {
-    os::Text address;
+    std::vector<os::Text> addresses;
     if (!host.empty()) {
-      (void)os::AddressOfHost(host, os::kCodePageAnsi, address);  // a failure leaves it empty
+      (void)os::AddressesOfHost(host, os::kCodePageAnsi, addresses);  // a failure leaves none
     }
-    entry = m_addresses.emplace(std::move(name), std::move(address)).first;
+    entry = m_addresses.emplace(std::move(name), std::move(addresses)).first;
   }
   return entry->second;
+}
+
+// The address that paths name a host by; empty without one.
+os::Text CQXNetPathExchange::AddressOf(os::TextView host) {
+  const std::vector<os::Text>& addresses = AddressesOf(host);
+  return addresses.empty() ? os::Text() : addresses.front();
 }
 
 void CQXNetPathExchange::FillAddress(SNetPathItem& item) {
@@ -61,7 +69,7 @@ void CQXNetPathExchange::FillAddress(SNetPathItem& item) {
   if (name.empty() || item.IPPath.GetLength() > 0) {
     return;
   }
-  if (const os::Text& address = AddressOf(HostOf(name)); !address.empty()) {
+  if (const os::Text address = AddressOf(HostOf(name)); !address.empty()) {
     item.IPPath = (QXT("\\\\") + address).append(BehindHost(name)).c_str();
   }
 }
@@ -74,6 +82,15 @@ void CQXNetPathExchange::FillHostPrefix() {
 
 bool CQXNetPathExchange::NamesThisComputer(os::TextView host) const noexcept {
   return !host.empty() && (EqualsFolded(host, ViewOf(hostPrefix)) || EqualsFolded(host, kLocalHost));
+}
+
+// A computer on several networks has an address in each.
+bool CQXNetPathExchange::IsOwnAddress(os::TextView host) {
+  if (!IsDottedAddress(host)) {
+    return false;
+  }
+  const std::vector<os::Text>& own = AddressesOf(ViewOf(hostPrefix));
+  return IsLoopbackAddress(host) || std::find(own.begin(), own.end(), host) != own.end();
 }
 
 }  // namespace qxv

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <vector>
 
 namespace qxv {
 
@@ -58,18 +59,20 @@ class CQXNetPathExchange {
   void AddItem(const QXChar* namePath, const QXChar* addressPath, const QXChar* localPath);
 
   // Hosts.
-  const os::Text& AddressOf(os::TextView host);
+  const std::vector<os::Text>& AddressesOf(os::TextView host);
+  os::Text AddressOf(os::TextView host);
   void FillAddress(SNetPathItem& item);
   void FillHostPrefix();
   bool NamesThisComputer(os::TextView host) const noexcept;
+  bool IsOwnAddress(os::TextView host);
 
   // Conversion.
   os::Text LocalOf(const os::Text& network);
-  bool MatchOwnShare(const SNetPathItem& item, os::TextView path, os::TextView& rest) const noexcept;
+  bool MatchOwnShare(const SNetPathItem& item, os::TextView path, os::TextView& rest);
   std::optional<os::Text> LocalByItem(SNetPathItem& item, os::TextView path);
   os::Text NetworkNameOf(const SNetPathItem& item) const;
 
-  std::map<os::Text, os::Text> m_addresses;  // by lower-case host; empty for one that could not be resolved
+  std::map<os::Text, std::vector<os::Text>> m_addresses;  // by lower-case host; none for one that could not be resolved
   os::SocketsLibrary m_sockets;
 };
 

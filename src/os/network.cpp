@@ -4,6 +4,7 @@
 
 #include "os/code_page.h"
 
+#include <algorithm>
 #include <atomic>
 
 namespace qxv::os {
@@ -35,14 +36,16 @@ NetworkSource& Network() noexcept {
 ScopedNetwork::ScopedNetwork(NetworkSource& source) noexcept : m_before(currentSource.exchange(&source)) {}
 ScopedNetwork::~ScopedNetwork() { currentSource.store(m_before); }
 
-bool AddressOfHost(TextView host, unsigned codePage, Text& address) {
+bool AddressesOfHost(TextView host, unsigned codePage, std::vector<Text>& addresses) {
   std::string name;
-  std::vector<HostAddress> addresses;
+  std::vector<HostAddress> found;
   if (host.size() > kLongestHostName || !WideToMultiByte(codePage, host, name) || name.size() > kLongestHostName ||
-      !Network().LookUpHost(name, addresses)) {
+      !Network().LookUpHost(name, found)) {
     return false;
   }
-  address = addresses.empty() ? Text() : DottedText(addresses.front());
+  std::vector<Text> texts(found.size());
+  std::transform(found.begin(), found.end(), texts.begin(), DottedText);
+  addresses = std::move(texts);
   return true;
 }
 

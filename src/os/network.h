@@ -96,8 +96,8 @@ class SocketsLibrary {
   bool m_started;
 };
 
-/// The first address of a host in dotted form; empty when it has none. False when the name cannot be resolved.
+/// The addresses of a host in dotted form, which may be none. False, with the output as it was, when the name cannot be resolved.
 /// @param codePage  how the name becomes bytes for the resolver (os/code_page.h)
-[[nodiscard]] bool AddressOfHost(TextView host, unsigned codePage, Text& address);
+[[nodiscard]] bool AddressesOfHost(TextView host, unsigned codePage, std::vector<Text>& addresses);
 
 }  // namespace qxv::os

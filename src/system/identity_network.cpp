@@ -6,6 +6,8 @@
 #include "os/identity.h"
 #include "os/network.h"
 
+#include <vector>
+
 namespace {
 
 using namespace qxv::os;
@@ -48,10 +50,10 @@ int QXVGetIPAddr(const QXChar* host, CQXString& address) {
     return 0;
   }
   const SocketsLibrary sockets(kSockets20);
-  Text text;
-  if (!sockets.IsStarted() || !AddressOfHost(name, kCodePageThreadAnsi, text)) {
+  std::vector<Text> addresses;
+  if (!sockets.IsStarted() || !AddressesOfHost(name, kCodePageThreadAnsi, addresses)) {
     return 0;
   }
-  address = text.c_str();
+  address = addresses.empty() ? nullptr : addresses.front().c_str();
   return 1;
 }

@@ -250,6 +250,21 @@ TEST_F(NetPath, AllNamesOfThisComputerReachItsShares) {
   EXPECT_EQ(exchange.ToLocal(QXT("\\\\localhost")), QXT("\\\\localhost"));
 }
 
+TEST_F(NetPath, EveryAddressOfThisComputerReachesItsSharesAndOnlyTheFirstOfAnother) {
+  Add(QXT("\\\\VM\\media"), QXT(""), QXT("D:\\media"));
+  Add(QXT("\\\\localhost\\clips"), QXT(""), QXT("E:"));
+  Add(QXT("\\\\srv\\share"), QXT(""), QXT("X:"));
+  network.hosts["vm"] = {{192, 168, 0, 7}, {10, 0, 0, 7}};
+  network.hosts["srv"] = {{10, 1, 2, 3}, {10, 1, 2, 4}};
+  EXPECT_EQ(exchange.ToLocal(QXT("\\\\10.0.0.7\\media\\a")), QXT("D:\\media\\a"));
+  EXPECT_EQ(exchange.ToLocal(QXT("\\\\10.0.0.7\\clips\\a")), QXT("E:\\a"));
+  EXPECT_EQ(exchange.ToLocal(QXT("\\\\10.0.0.8\\media\\a")), QXT("\\\\10.0.0.8\\media\\a"));
+  EXPECT_EQ(exchange.ToLocal(QXT("\\\\10.0.0.7\\share\\a")), QXT("\\\\10.0.0.7\\share\\a"));
+  EXPECT_EQ(exchange.ToLocal(QXT("\\\\10.1.2.3\\share\\a")), QXT("X:\\a"));
+  EXPECT_EQ(exchange.ToLocal(QXT("\\\\10.1.2.4\\share\\a")), QXT("\\\\10.1.2.4\\share\\a"));
+  EXPECT_EQ(exchange.items[0].IPPath, QXT("\\\\192.168.0.7\\media"));
+}
+
 TEST_F(NetPath, AnItemOfAnotherComputerIsNotReachedByOurName) {
   Add(QXT("\\\\srv\\media"), QXT(""), QXT("X:"));
   for (const QXChar* path : {QXT("\\\\VM\\media\\a"), QXT("\\\\localhost\\media\\a"), QXT("\\\\127.0.0.1\\media\\a")}) {

@@ -89,13 +89,13 @@ TEST(Network, AddressesAreWrittenWithPoints) {
   const ScopedNetwork scope(network);
   network.hosts["a"] = {{0, 9, 99, 255}, {1, 2, 3, 4}};
   network.hosts["b"] = {};
-  Text address = QXT("before");
-  EXPECT_FALSE(AddressOfHost(QXT("c"), kCodePageAnsi, address));
-  EXPECT_EQ(address, QXT("before"));
-  EXPECT_TRUE(AddressOfHost(QXT("a"), kCodePageAnsi, address));
-  EXPECT_EQ(address, QXT("0.9.99.255"));
-  EXPECT_TRUE(AddressOfHost(QXT("b"), kCodePageAnsi, address));
-  EXPECT_EQ(address, QXT(""));
+  std::vector<Text> addresses = {QXT("before")};
+  EXPECT_FALSE(AddressesOfHost(QXT("c"), kCodePageAnsi, addresses));
+  EXPECT_EQ(addresses, (std::vector<Text>{QXT("before")}));
+  EXPECT_TRUE(AddressesOfHost(QXT("a"), kCodePageAnsi, addresses));
+  EXPECT_EQ(addresses, (std::vector<Text>{QXT("0.9.99.255"), QXT("1.2.3.4")}));
+  EXPECT_TRUE(AddressesOfHost(QXT("b"), kCodePageAnsi, addresses));
+  EXPECT_TRUE(addresses.empty());
 }
 
 }  // namespace
