@@ -115,11 +115,25 @@ int ChildProcess::Kill() {
 
 #endif
 
-void LinkProgram(const std::filesystem::path& name) {
+namespace {
+
+void LinkFile(const std::filesystem::path& file, const std::filesystem::path& name) {
   std::error_code failed;
-  std::filesystem::create_hard_link(ThisProgram(), name, failed);
+  std::filesystem::create_hard_link(file, name, failed);
   if (failed) {  // another file system
-    std::filesystem::copy_file(ThisProgram(), name);
+    std::filesystem::copy_file(file, name, std::filesystem::copy_options::overwrite_existing);
+  }
+}
+
+}  // namespace
+
+void LinkProgram(const std::filesystem::path& name) {
+  LinkFile(ThisProgram(), name);
+  // Windows looks for libraries beside the program.
+  for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(ThisProgram()).parent_path())) {
+    if (entry.path().extension() == ".dll" && !std::filesystem::exists(name.parent_path() / entry.path().filename())) {
+      LinkFile(entry.path(), name.parent_path() / entry.path().filename());
+    }
   }
 }
 

@@ -14,7 +14,8 @@ namespace support {
 /// The text that the parent gave; null in the parent.
 const char* ChildArgument();
 
-/// A link to this program (or a copy of it) under another name, so that it runs from another folder.
+/// A link to this program (or a copy of it) under another name, so that it runs from another folder; Windows libraries come
+/// along.
 void LinkProgram(const std::filesystem::path& name);
 
 class ChildProcess {
