@@ -32,7 +32,8 @@ inline int FramesOf(std::uint32_t dataSize, const tWAVEFORMATEX& format) noexcep
 /// Walks over the chunks until both the format and the samples have been seen.
 /// @param format  what stood in it counts for samples that come before their format
 /// @param onData  int(FileReader&, std::uint32_t size), called at the first byte of each data chunk; moves over what it reads and
-///                returns 0 or -1. Never called while the format has no channels or no block alignment: that is -1
+///                returns 0 or -1. Never called while the format has no block alignment, or once the file has given it no
+///                channels: that is -1
 /// @return 0 or -1
 template <typename OnData>
 int WalkWav(FileReader& in, tWAVEFORMATEX& format, WavChunk (*chunkOf)(const unsigned char*), OnData onData);
@@ -70,7 +71,7 @@ int WalkWav(FileReader& in, tWAVEFORMATEX& format, WavChunk (*chunkOf)(const uns
         }
         break;
       case WavChunk::Data:
-        dataSeen = format.nChannels != 0 && format.nBlockAlign != 0 && onData(in, head.size) == 0;
+        dataSeen = format.nBlockAlign != 0 && (format.nChannels != 0 || !formatSeen) && onData(in, head.size) == 0;
         if (!dataSeen) {
           return -1;
         }

@@ -131,6 +131,10 @@ TEST(Wav, SamplesBeforeTheirFormat) {
   EXPECT_EQ(Attributes(file, format, frames), 0) << "the record's own values count";
   EXPECT_EQ(frames, 4);
   EXPECT_EQ(format.nBlockAlign, 4) << "and are replaced by the file's";
+  format = tWAVEFORMATEX{};
+  format.nBlockAlign = 8;
+  EXPECT_EQ(Attributes(file, format, frames), 0) << "of which the alignment is enough: attributes ask for no channels";
+  EXPECT_EQ(frames, 1);
   EXPECT_EQ(Read(file, 4).result, -1);
   EXPECT_EQ(QXVReadWav(file.Name(), std::make_unique<float[]>(4).get(), 0, 1), -1);
 }
