@@ -3,6 +3,7 @@
 #include "fuzz/fuzz_input.h"
 #include "qxv/audio.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -56,8 +57,8 @@ void Rates(fuzz::Input& input) {
   }
   const auto wrapped = static_cast<std::int32_t>(static_cast<std::uint32_t>(count) * static_cast<std::uint32_t>(to));
   std::int64_t samples = from == to ? count : from == 0 ? 0 : std::int64_t{wrapped} / from;
-  if (count < 1 && from != to) {
-    samples = 0;
+  if (count < 0 && from != to) {
+    samples = std::min<std::int64_t>(samples, 0);
   }
   if (samples > 1'000'000) {
     return;

@@ -17,7 +17,8 @@
 /// @param nSamples        single samples, frames times channels
 QXV_API int QXVFillSilence(int nBitsPerSample, unsigned char* pBuffer, int nSamples);
 
-/// One channel of interleaved bytes. A channel that is not among nChannels is refused.
+/// One channel of interleaved bytes. A channel that is not among nChannels is refused, and one whose place is not to be had: the
+/// first sample stands at nBlockAlign * nChannel / nChannels, a product of 32 bits, which wraps from 46341 channels on.
 /// @param nBlockAlign  bytes of a frame of all channels
 /// @param pDst         nFrames samples
 QXV_API int QXVSplitPCM(int nChannels, int nBlockAlign, int nChannel, const unsigned char* pSrc, float* pDst, int nFrames);
@@ -28,9 +29,8 @@ QXV_API int QXVSplitPCM(int nChannels, int nBlockAlign, const unsigned char* pSr
 
 /// One channel at another rate, by straight lines between samples; behind the last one stands 0. Each call begins anew.
 /// @param pDst       room for nSrcCount * nDstRate / nSrcRate samples, nSrcCount for equal rates
-/// @param nDstCount  receives the number of samples: the product wraps at 32 bits, so blocks of above 2^31 / nDstRate samples
-/// come
-///                   out short. 0 where nSrcRate is 0, which is refused
+/// @param nDstCount  receives the number of samples: the product wraps at 32 bits, so that long blocks (above 2^31 / nDstRate)
+///                   come out short; below 0 for an nSrcCount below 0, which writes none; 0 where nSrcRate is 0, which is refused
 QXV_API int QXVReSample(const float* pSrc, int nSrcRate, int nSrcCount, float* pDst, int nDstRate, int& nDstCount);
 
 /// Brings samples into the range that a WAV file of so many bits holds, for whoever wants clipping in place of wrapping: -1 to

@@ -1,6 +1,7 @@
 // pcm.cpp - silence, channels out of interleaved bytes, and clamping.
 
 #include "audio/sample_format.h"
+#include "foundation/numeric.h"
 #include "qxv/audio.h"
 
 #include <algorithm>
@@ -56,7 +57,12 @@ int QXVSplitPCM(int nChannels, int nBlockAlign, int nChannel, const unsigned cha
     return 0;
   }
   const auto stride = static_cast<std::size_t>(nBlockAlign), frames = static_cast<std::size_t>(nFrames);
-  const std::size_t offset = stride * static_cast<std::size_t>(nChannel) / static_cast<std::size_t>(nChannels);
+  // KEPT: the product wraps at 32 bits. Pinned by SplitPcmKept.TheFirstSamplesPlaceWraps.
+  const int first = qxv::WrapMultiply(nBlockAlign, nChannel) / nChannels;
+  if (first < 0) {
+    return -1;
+  }
+  const auto offset = static_cast<std::size_t>(first);
   switch (width) {
     case 1:
       SplitOne<1>(pSrc + offset, stride, pDst, frames);

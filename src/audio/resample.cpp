@@ -6,6 +6,7 @@
 #include "os/intrinsics.h"
 #include "qxv/audio.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -58,6 +59,7 @@ std::int64_t InsideBaseline(const Source& source, float* target, std::int64_t co
   return i;
 }
 
+// The weight k + 1 - position is 1 - (position - k), bit for bit: for k above 0 nothing is rounded, for 0 it is the same term.
 // Below two source samples a step, all neighbours of a vector's samples lie in one vector of the source: positions are told by
 // their distance from the first.
 constexpr double kClosestSteps = 2;
@@ -68,24 +70,21 @@ QXV_TARGET_AVX2 std::int64_t InsideAvx2(const Source& source, float* target, std
   }
   const __m256d sourceRate = _mm256_set1_pd(source.sourceRate), targetRate = _mm256_set1_pd(source.targetRate);
   const __m256d one = _mm256_set1_pd(1);
-  const __m256i neighbours = _mm256_setr_epi32(0, 0, 0, 0, 1, 1, 1, 1);
   __m256d index = _mm256_setr_pd(0, 1, 2, 3);
   std::int64_t i = 0;
   for (; i + 4 <= count; i += 4, index = _mm256_add_pd(index, _mm256_set1_pd(4))) {
     const __m256d position = _mm256_div_pd(_mm256_mul_pd(index, sourceRate), targetRate);
     const __m128i k = _mm256_cvttpd_epi32(position);
     const std::int64_t first = _mm_cvtsi128_si32(k);
-    if (first + 8 > source.count) {
+    if (first + 9 > source.count) {
       break;
     }
-    const __m128i distance = _mm_sub_epi32(k, _mm_broadcastd_epi32(k));
-    const __m256i both = _mm256_add_epi32(_mm256_broadcastsi128_si256(distance), neighbours);
-    const __m256 samples = _mm256_permutevar8x32_ps(_mm256_loadu_ps(source.samples + first), both);
-    const __m256d s0 = _mm256_cvtps_pd(_mm256_castps256_ps128(samples));
-    const __m256d s1 = _mm256_cvtps_pd(_mm256_extractf128_ps(samples, 1));
-    const __m256d whole = _mm256_cvtepi32_pd(k);
-    const __m256d sum = _mm256_add_pd(_mm256_mul_pd(_mm256_sub_pd(position, whole), s1),
-                                      _mm256_mul_pd(_mm256_sub_pd(_mm256_add_pd(whole, one), position), s0));
+    const __m256i distance = _mm256_castsi128_si256(_mm_sub_epi32(k, _mm_broadcastd_epi32(k)));  // the lower half counts
+    const __m256 left = _mm256_permutevar8x32_ps(_mm256_loadu_ps(source.samples + first), distance);
+    const __m256 right = _mm256_permutevar8x32_ps(_mm256_loadu_ps(source.samples + first + 1), distance);
+    const __m256d s0 = _mm256_cvtps_pd(_mm256_castps256_ps128(left)), s1 = _mm256_cvtps_pd(_mm256_castps256_ps128(right));
+    const __m256d beyond = _mm256_sub_pd(position, _mm256_round_pd(position, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC));
+    const __m256d sum = _mm256_add_pd(_mm256_mul_pd(beyond, s1), _mm256_mul_pd(_mm256_sub_pd(one, beyond), s0));
     _mm_storeu_ps(target + i, _mm256_cvtpd_ps(sum));
   }
   return i;
@@ -112,9 +111,8 @@ QXV_TARGET_AVX512 std::int64_t InsideAvx512(const Source& source, float* target,
     const __m512 samples = _mm512_permutexvar_ps(both, _mm512_loadu_ps(source.samples + first));
     const __m512d s0 = _mm512_cvtps_pd(_mm512_castps512_ps256(samples));
     const __m512d s1 = _mm512_cvtps_pd(_mm512_extractf32x8_ps(samples, 1));
-    const __m512d whole = _mm512_cvtepi32_pd(k);
-    const __m512d sum = _mm512_add_pd(_mm512_mul_pd(_mm512_sub_pd(position, whole), s1),
-                                      _mm512_mul_pd(_mm512_sub_pd(_mm512_add_pd(whole, one), position), s0));
+    const __m512d beyond = _mm512_sub_pd(position, _mm512_roundscale_pd(position, _MM_FROUND_TO_ZERO | _MM_FROUND_NO_EXC));
+    const __m512d sum = _mm512_add_pd(_mm512_mul_pd(beyond, s1), _mm512_mul_pd(_mm512_sub_pd(one, beyond), s0));
     _mm256_storeu_ps(target + i, _mm512_cvtpd_ps(sum));
   }
   return i;
@@ -127,19 +125,28 @@ constexpr qxv::os::KernelTable<std::int64_t (*)(const Source&, float*, std::int6
 
 // KEPT: the product of count and rate wraps at 32 bits. Pinned by ReSampleKept.TheProductOfCountAndRateWraps.
 int QXVReSample(const float* pSrc, int nSrcRate, int nSrcCount, float* pDst, int nDstRate, int& nDstCount) {
-  nDstCount = nSrcRate == nDstRate ? nSrcCount : 0;
-  if (nSrcCount < 1) {
+  if (nSrcRate == nDstRate) {
+    nDstCount = nSrcCount;
+    if (nSrcCount > 0 && (pSrc == nullptr || pDst == nullptr)) {
+      nDstCount = 0;
+      return -1;
+    }
+    if (nSrcCount > 0) {
+      std::memmove(pDst, pSrc, static_cast<std::size_t>(nSrcCount) * sizeof(float));
+    }
     return 0;
   }
-  if (pSrc == nullptr || pDst == nullptr || (nSrcRate == 0 && nDstRate != 0)) {
-    nDstCount = 0;
+  nDstCount = 0;
+  if (nSrcCount == 0) {
+    return 0;
+  }
+  if (nSrcRate == 0 || (nSrcCount > 0 && (pSrc == nullptr || pDst == nullptr))) {
     return -1;
   }
-  if (nSrcRate == nDstRate) {
-    std::memmove(pDst, pSrc, static_cast<std::size_t>(nSrcCount) * sizeof(float));
-    return 0;
+  std::int64_t count = std::int64_t{qxv::WrapMultiply(nSrcCount, nDstRate)} / nSrcRate;
+  if (nSrcCount < 0) {
+    count = std::min<std::int64_t>(count, 0);  // whatever the product wraps to: nothing is written out of nothing
   }
-  const std::int64_t count = std::int64_t{qxv::WrapMultiply(nSrcCount, nDstRate)} / nSrcRate;
   nDstCount = static_cast<int>(count);  // 2^31 comes out as -2^31: no samples
   const Source source{pSrc, nSrcCount, static_cast<double>(nSrcRate), static_cast<double>(nDstRate)};
   std::int64_t i = nSrcRate > 0 && nDstRate > 0 ? kInside.Active()(source, pDst, count) : 0;

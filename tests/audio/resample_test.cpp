@@ -54,7 +54,9 @@ TEST(ReSample, NothingComesOfNothing) {
   EXPECT_EQ(QXVReSample(nullptr, 48000, -5, nullptr, 48000, count), 0);
   EXPECT_EQ(count, -5) << "equal rates hand the count on";
   EXPECT_EQ(QXVReSample(&slot, 48000, -5, &slot, 44100, count), 0);
-  EXPECT_EQ(count, 0);
+  EXPECT_EQ(count, -4) << "and other rates its share: no samples";
+  EXPECT_EQ(QXVReSample(&slot, 44100, -50000, &slot, 48000, count), 0);
+  EXPECT_EQ(count, 0) << "a product that wraps above zero is no room";
   EXPECT_EQ(QXVReSample(&slot, 48000, 1, &slot, 0, count), 0) << "no samples a second";
   EXPECT_EQ(count, 0);
   EXPECT_EQ(slot, -7);
@@ -130,6 +132,37 @@ TEST(ReSample, EveryTierEqualsThePlainRule) {
       }
     }
   });
+}
+
+// Far into a block positions have few bits left behind the point. Each tier's divisions round as the plain one.
+TEST(ReSample, LongBlocksInEveryTier) {
+  constexpr int kCount = 300'000;
+  std::mt19937 random(35);
+  std::uniform_real_distribution<float> any(-1, 1);
+  std::vector<float> source(kCount);
+  std::generate(source.begin(), source.end(), [&] { return any(random); });
+  const struct {
+    int from, to;
+  } rates[] = {{48000, 44100}, {44100, 48000}, {7, 5}, {6999, 7001}, {3, 1}, {6997, 4999}, {1, 3}, {7127, 6841}};
+  for (const auto& row : rates) {
+    SCOPED_TRACE(row.from);
+    const int usable = static_cast<int>(std::min<std::int64_t>(kCount, INT_MAX / row.to));
+    std::vector<float> expected(static_cast<std::size_t>(std::int64_t{usable} * row.to / row.from));
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+      const double position = static_cast<double>(i) * row.from / row.to;
+      const auto k = static_cast<std::size_t>(position);
+      const double s0 = source[k], s1 = k + 1 < static_cast<std::size_t>(usable) ? source[k + 1] : 0;
+      const auto whole = static_cast<double>(k);
+      expected[i] = static_cast<float>((position - whole) * s1 + (whole + 1 - position) * s0);
+    }
+    support::ForEachCpuTier([&] {
+      std::vector<float> target(expected.size());
+      int count = 0;
+      ASSERT_EQ(QXVReSample(source.data(), row.from, usable, target.data(), row.to, count), 0);
+      ASSERT_EQ(static_cast<std::size_t>(count), expected.size());
+      EXPECT_TRUE(target == expected);
+    });
+  }
 }
 
 TEST(ReSample, OfARisingRampRises) {
