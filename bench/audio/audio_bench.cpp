@@ -12,6 +12,7 @@
 
 #include <cmath>
 #include <memory>
+#include <new>
 #include <vector>
 
 extern "C" {
@@ -23,8 +24,24 @@ namespace {
 
 using qxv::os::CpuTier;
 
-std::vector<float> Tone(std::size_t count) {
-  std::vector<float> samples(count);
+// Blocks of audio begin at a line of the cache, for us and for the peers.
+template <typename Element>
+struct OnALine {
+  using value_type = Element;
+  OnALine() = default;
+  template <typename Other>
+  OnALine(const OnALine<Other>&) noexcept {}  // NOLINT(google-explicit-constructor): as allocators convert
+  Element* allocate(std::size_t count) { return static_cast<Element*>(::operator new(count * sizeof(Element), kLine)); }
+  void deallocate(Element* block, std::size_t) noexcept { ::operator delete(block, kLine); }
+  bool operator==(const OnALine&) const = default;
+  static constexpr std::align_val_t kLine{64};
+};
+
+template <typename Element>
+using Block = std::vector<Element, OnALine<Element>>;
+
+Block<float> Tone(std::size_t count) {
+  Block<float> samples(count);
   for (std::size_t i = 0; i < count; ++i) {
     samples[i] = 0.7f * std::sin(static_cast<float>(i % 48000) * 0.031f);
   }
@@ -36,7 +53,7 @@ bench::Job ReadJob(int width, double must) {
   struct File {
     support::TempFolder folder;
     support::Text name = folder.File(QXT("a.wav"));
-    std::vector<float> samples;
+    Block<float> samples;
   };
   constexpr int kFrames = 600 * 48000;
   const auto file = std::make_shared<File>();
@@ -67,8 +84,8 @@ bench::Job ReadJob(int width, double must) {
 bench::Job SplitJob(CpuTier tier) {
   constexpr int kFrames = 8192;
   struct Buffers {
-    std::vector<unsigned char> bytes = std::vector<unsigned char>(kFrames * 4);
-    std::vector<float> left = std::vector<float>(kFrames), right = std::vector<float>(kFrames);
+    Block<unsigned char> bytes = Block<unsigned char>(kFrames * 4);
+    Block<float> left = Block<float>(kFrames), right = Block<float>(kFrames);
     SwrContext* context = nullptr;
     ~Buffers() { swr_free(&context); }
   };
@@ -92,12 +109,12 @@ bench::Job SplitJob(CpuTier tier) {
 
 bench::Job EncodeJob(CpuTier tier) {
   constexpr std::size_t kSamples = 4096;  // both sides stay in the first cache
-  const auto samples = std::make_shared<const std::vector<float>>(Tone(kSamples));
-  const auto ours = [samples, bytes = std::vector<unsigned char>(kSamples * 2)]() mutable {
+  const auto samples = std::make_shared<const Block<float>>(Tone(kSamples));
+  const auto ours = [samples, bytes = Block<unsigned char>(kSamples * 2)]() mutable {
     qxv::BytesFromSamples(2, samples->data(), bytes.data(), kSamples);
     benchmark::DoNotOptimize(bytes.data());
   };
-  const auto samplerate = [samples, shorts = std::vector<short>(kSamples)]() mutable {
+  const auto samplerate = [samples, shorts = Block<short>(kSamples)]() mutable {
     src_float_to_short_array(samples->data(), shorts.data(), static_cast<int>(kSamples));
     benchmark::DoNotOptimize(shorts.data());
   };
@@ -106,20 +123,20 @@ bench::Job EncodeJob(CpuTier tier) {
 
 bench::Job ResampleJob(CpuTier tier) {
   constexpr int kSource = 44000;
-  const auto source = std::make_shared<const std::vector<float>>(Tone(kSource));
+  const auto source = std::make_shared<const Block<float>>(Tone(kSource));
   constexpr std::size_t kRoom = kSource;
-  const auto ours = [source, target = std::vector<float>(kRoom)]() mutable {
+  const auto ours = [source, target = Block<float>(kRoom)]() mutable {
     int count = 0;
     QXVReSample(source->data(), 48000, kSource, target.data(), 44100, count);
     benchmark::DoNotOptimize(target.data());
   };
-  const auto soxr = [source, target = std::vector<float>(kRoom)]() mutable {
+  const auto soxr = [source, target = Block<float>(kRoom)]() mutable {
     const soxr_quality_spec_t quick = soxr_quality_spec(SOXR_QQ, 0);
     std::size_t done = 0;
     soxr_oneshot(48000, 44100, 1, source->data(), kSource, nullptr, target.data(), kRoom, &done, nullptr, &quick, nullptr);
     benchmark::DoNotOptimize(target.data());
   };
-  const auto linear = [source, target = std::vector<float>(kRoom)]() mutable {
+  const auto linear = [source, target = Block<float>(kRoom)]() mutable {
     SRC_DATA data{};
     data.data_in = source->data();
     data.data_out = target.data();

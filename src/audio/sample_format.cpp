@@ -93,6 +93,35 @@ std::size_t BeforeAligned(const float* samples, std::size_t vectorBytes, std::si
   return std::min(bytes / sizeof(float), count);
 }
 
+// Where results go: to the caches, or past them where there is more than they hold. The address is a multiple of the vector.
+enum class Store { Cached, PastCaches };
+
+template <Store kStore>
+QXV_INLINE_AVX2 void StoreAvx2(float* to, __m256 values) noexcept {
+  if constexpr (kStore == Store::PastCaches) {
+    _mm256_stream_ps(to, values);
+  } else {
+    _mm256_store_ps(to, values);
+  }
+}
+
+template <Store kStore>
+QXV_INLINE_AVX512 void StoreAvx512(float* to, __m512 values) noexcept {
+  if constexpr (kStore == Store::PastCaches) {
+    _mm512_stream_ps(to, values);
+  } else {
+    _mm512_store_ps(to, values);
+  }
+}
+
+// Other threads see stores past the caches in order only from here on.
+template <Store kStore>
+QXV_ALWAYS_INLINE void EndOfStores() noexcept {
+  if constexpr (kStore == Store::PastCaches) {
+    _mm_sfence();
+  }
+}
+
 // --- 8 bits: rare, and quick enough singly ---
 
 void Decode8(const unsigned char* bytes, float* samples, std::size_t count) noexcept { DecodeRest<1>(bytes, samples, 0, count); }
@@ -114,25 +143,31 @@ void Decode16Baseline(const unsigned char* bytes, float* samples, std::size_t co
   DecodeRest<2>(bytes, samples, i, count);
 }
 
+template <Store kStore>
 QXV_TARGET_AVX2 void Decode16Avx2(const unsigned char* bytes, float* samples, std::size_t count) noexcept {
   const __m256 scale = _mm256_set1_ps(kFrom16);
-  std::size_t i = 0;
+  std::size_t i = BeforeAligned(samples, 32, count);
+  DecodeRest<2>(bytes, samples, 0, i);
   for (; i + 16 <= count; i += 16) {
     const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 2 * i));
     const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 2 * i + 16));
-    _mm256_storeu_ps(samples + i, _mm256_mul_ps(_mm256_cvtepi32_ps(_mm256_cvtepi16_epi32(low)), scale));
-    _mm256_storeu_ps(samples + i + 8, _mm256_mul_ps(_mm256_cvtepi32_ps(_mm256_cvtepi16_epi32(high)), scale));
+    StoreAvx2<kStore>(samples + i, _mm256_mul_ps(_mm256_cvtepi32_ps(_mm256_cvtepi16_epi32(low)), scale));
+    StoreAvx2<kStore>(samples + i + 8, _mm256_mul_ps(_mm256_cvtepi32_ps(_mm256_cvtepi16_epi32(high)), scale));
   }
+  EndOfStores<kStore>();
   DecodeRest<2>(bytes, samples, i, count);
 }
 
+template <Store kStore>
 QXV_TARGET_AVX512 void Decode16Avx512(const unsigned char* bytes, float* samples, std::size_t count) noexcept {
   const __m512 scale = _mm512_set1_ps(kFrom16);
-  std::size_t i = 0;
+  std::size_t i = BeforeAligned(samples, 64, count);
+  DecodeRest<2>(bytes, samples, 0, i);
   for (; i + 16 <= count; i += 16) {
     const __m256i words = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes + 2 * i));
-    _mm512_storeu_ps(samples + i, _mm512_mul_ps(_mm512_cvtepi32_ps(_mm512_cvtepi16_epi32(words)), scale));
+    StoreAvx512<kStore>(samples + i, _mm512_mul_ps(_mm512_cvtepi32_ps(_mm512_cvtepi16_epi32(words)), scale));
   }
+  EndOfStores<kStore>();
   DecodeRest<2>(bytes, samples, i, count);
 }
 
@@ -149,32 +184,45 @@ void Encode16Baseline(const float* samples, unsigned char* bytes, std::size_t co
   EncodeRest<2>(samples, bytes, i, count);
 }
 
-QXV_TARGET_AVX2 void Encode16Avx2(const float* samples, unsigned char* bytes, std::size_t count) noexcept {
+// Whole vectors from the first sample to the last: those at both ends overlap the aligned ones between them.
+QXV_INLINE_AVX2 void Encode16OfAvx2(const float* samples, unsigned char* bytes) noexcept {
   const __m256 scale = _mm256_set1_ps(kTo16);
   const __m256i lowHalves = _mm256_set1_epi32(0xFFFF);
-  std::size_t i = BeforeAligned(samples, 32, count);
-  EncodeRest<2>(samples, bytes, 0, i);
-  for (; i + 16 <= count; i += 16) {
-    const __m256i low = _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_loadu_ps(samples + i), scale));
-    const __m256i high = _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_loadu_ps(samples + i + 8), scale));
-    const __m256i packed = _mm256_packus_epi32(_mm256_and_si256(low, lowHalves), _mm256_and_si256(high, lowHalves));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(bytes + 2 * i), _mm256_permute4x64_epi64(packed, 0xD8 /*0 2 1 3*/));
-  }
-  EncodeRest<2>(samples, bytes, i, count);
+  const __m256i low = _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_loadu_ps(samples), scale));
+  const __m256i high = _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_loadu_ps(samples + 8), scale));
+  const __m256i packed = _mm256_packus_epi32(_mm256_and_si256(low, lowHalves), _mm256_and_si256(high, lowHalves));
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(bytes), _mm256_permute4x64_epi64(packed, 0xD8 /*0 2 1 3*/));
 }
 
-QXV_TARGET_AVX512 void Encode16Avx512(const float* samples, unsigned char* bytes, std::size_t count) noexcept {
+QXV_TARGET_AVX2 void Encode16Avx2(const float* samples, unsigned char* bytes, std::size_t count) noexcept {
+  if (count < 16) {
+    return EncodeRest<2>(samples, bytes, 0, count);
+  }
+  Encode16OfAvx2(samples, bytes);
+  for (std::size_t i = BeforeAligned(samples, 32, count); i + 16 <= count; i += 16) {
+    Encode16OfAvx2(samples + i, bytes + 2 * i);
+  }
+  Encode16OfAvx2(samples + count - 16, bytes + 2 * (count - 16));
+}
+
+QXV_INLINE_AVX512 void Encode16OfAvx512(const float* samples, unsigned char* bytes) noexcept {
   const __m512 scale = _mm512_set1_ps(kTo16);
   const __m512i evenWords = _mm512_set_epi16(62, 60, 58, 56, 54, 52, 50, 48, 46, 44, 42, 40, 38, 36, 34, 32,  //
                                              30, 28, 26, 24, 22, 20, 18, 16, 14, 12, 10, 8, 6, 4, 2, 0);
-  std::size_t i = BeforeAligned(samples, 64, count);
-  EncodeRest<2>(samples, bytes, 0, i);
-  for (; i + 32 <= count; i += 32) {
-    const __m512i low = _mm512_cvttps_epi32(_mm512_mul_ps(_mm512_loadu_ps(samples + i), scale));
-    const __m512i high = _mm512_cvttps_epi32(_mm512_mul_ps(_mm512_loadu_ps(samples + i + 16), scale));
-    _mm512_storeu_si512(bytes + 2 * i, _mm512_permutex2var_epi16(low, evenWords, high));
+  const __m512i low = _mm512_cvttps_epi32(_mm512_mul_ps(_mm512_loadu_ps(samples), scale));
+  const __m512i high = _mm512_cvttps_epi32(_mm512_mul_ps(_mm512_loadu_ps(samples + 16), scale));
+  _mm512_storeu_si512(bytes, _mm512_permutex2var_epi16(low, evenWords, high));
+}
+
+QXV_TARGET_AVX512 void Encode16Avx512(const float* samples, unsigned char* bytes, std::size_t count) noexcept {
+  if (count < 32) {
+    return Encode16Avx2(samples, bytes, count);
   }
-  EncodeRest<2>(samples, bytes, i, count);
+  Encode16OfAvx512(samples, bytes);
+  for (std::size_t i = BeforeAligned(samples, 64, count); i + 32 <= count; i += 32) {
+    Encode16OfAvx512(samples + i, bytes + 2 * i);
+  }
+  Encode16OfAvx512(samples + count - 32, bytes + 2 * (count - 32));
 }
 
 // --- 24 bits: each sample goes to the upper three bytes of 32 bits, and is shifted down with its sign ---
@@ -195,18 +243,21 @@ void Decode24Baseline(const unsigned char* bytes, float* samples, std::size_t co
   DecodeRest<3>(bytes, samples, i, count);
 }
 
+template <Store kStore>
 QXV_TARGET_AVX2 void Decode24Avx2(const unsigned char* bytes, float* samples, std::size_t count) noexcept {
   const __m256 scale = _mm256_set1_ps(kFrom24);
   const __m256i spread = _mm256_setr_epi8(-1, 0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11,  //
                                           -1, 0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11);
-  std::size_t i = 0;
+  std::size_t i = BeforeAligned(samples, 32, count);
+  DecodeRest<3>(bytes, samples, 0, i);
   for (; i + 10 <= count; i += 8) {  // reads 28 bytes for 24
     const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 3 * i));
     const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 3 * i + 12));
     const __m256i raw = _mm256_inserti128_si256(_mm256_castsi128_si256(low), high, 1);
     const __m256i values = _mm256_srai_epi32(_mm256_shuffle_epi8(raw, spread), 8);
-    _mm256_storeu_ps(samples + i, _mm256_mul_ps(_mm256_cvtepi32_ps(values), scale));
+    StoreAvx2<kStore>(samples + i, _mm256_mul_ps(_mm256_cvtepi32_ps(values), scale));
   }
+  EndOfStores<kStore>();
   DecodeRest<3>(bytes, samples, i, count);
 }
 
@@ -247,56 +298,81 @@ void Split16Baseline(const unsigned char* bytes, float* first, float* second, st
   Split16Rest(bytes, first, second, i, count);
 }
 
-QXV_TARGET_AVX2 void Split16Avx2(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
+QXV_INLINE_AVX2 void Split16OfAvx2(const unsigned char* bytes, float* first, float* second) noexcept {
   const __m256 scale = _mm256_set1_ps(kFrom16);
-  std::size_t i = BeforeAligned(first, 32, count);
-  Split16Rest(bytes, first, second, 0, i);
-  for (; i + 8 <= count; i += 8) {
-    const __m256i pairs = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes + 4 * i));
-    const __m256i low = _mm256_srai_epi32(_mm256_slli_epi32(pairs, 16), 16), high = _mm256_srai_epi32(pairs, 16);
-    _mm256_storeu_ps(first + i, _mm256_mul_ps(_mm256_cvtepi32_ps(low), scale));
-    _mm256_storeu_ps(second + i, _mm256_mul_ps(_mm256_cvtepi32_ps(high), scale));
+  const __m256i pairs = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes));
+  const __m256i low = _mm256_srai_epi32(_mm256_slli_epi32(pairs, 16), 16), high = _mm256_srai_epi32(pairs, 16);
+  _mm256_storeu_ps(first, _mm256_mul_ps(_mm256_cvtepi32_ps(low), scale));
+  _mm256_storeu_ps(second, _mm256_mul_ps(_mm256_cvtepi32_ps(high), scale));
+}
+
+QXV_TARGET_AVX2 void Split16Avx2(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
+  if (count < 8) {
+    return Split16Rest(bytes, first, second, 0, count);
   }
-  Split16Rest(bytes, first, second, i, count);
+  Split16OfAvx2(bytes, first, second);
+  for (std::size_t i = BeforeAligned(first, 32, count); i + 8 <= count; i += 8) {
+    Split16OfAvx2(bytes + 4 * i, first + i, second + i);
+  }
+  const std::size_t last = count - 8;
+  Split16OfAvx2(bytes + 4 * last, first + last, second + last);
+}
+
+QXV_INLINE_AVX512 void Split16OfAvx512(const unsigned char* bytes, float* first, float* second) noexcept {
+  const __m512 scale = _mm512_set1_ps(kFrom16);
+  const __m512i pairs = _mm512_loadu_si512(bytes);
+  const __m512i low = _mm512_srai_epi32(_mm512_slli_epi32(pairs, 16), 16), high = _mm512_srai_epi32(pairs, 16);
+  _mm512_storeu_ps(first, _mm512_mul_ps(_mm512_cvtepi32_ps(low), scale));
+  _mm512_storeu_ps(second, _mm512_mul_ps(_mm512_cvtepi32_ps(high), scale));
 }
 
 QXV_TARGET_AVX512 void Split16Avx512(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
-  const __m512 scale = _mm512_set1_ps(kFrom16);
-  std::size_t i = BeforeAligned(first, 64, count);
-  Split16Rest(bytes, first, second, 0, i);
-  for (; i + 16 <= count; i += 16) {
-    const __m512i pairs = _mm512_loadu_si512(bytes + 4 * i);
-    const __m512i low = _mm512_srai_epi32(_mm512_slli_epi32(pairs, 16), 16), high = _mm512_srai_epi32(pairs, 16);
-    _mm512_storeu_ps(first + i, _mm512_mul_ps(_mm512_cvtepi32_ps(low), scale));
-    _mm512_storeu_ps(second + i, _mm512_mul_ps(_mm512_cvtepi32_ps(high), scale));
+  if (count < 16) {
+    return Split16Avx2(bytes, first, second, count);
   }
-  Split16Rest(bytes, first, second, i, count);
+  Split16OfAvx512(bytes, first, second);
+  for (std::size_t i = BeforeAligned(first, 64, count); i + 16 <= count; i += 16) {
+    Split16OfAvx512(bytes + 4 * i, first + i, second + i);
+  }
+  const std::size_t last = count - 16;
+  Split16OfAvx512(bytes + 4 * last, first + last, second + last);
 }
 
 using qxv::os::KernelTable;
 using Decode = void (*)(const unsigned char*, float*, std::size_t) noexcept;
 using Encode = void (*)(const float*, unsigned char*, std::size_t) noexcept;
 
-constexpr KernelTable<Decode> kDecode16{{&Decode16Baseline, &Decode16Avx2, &Decode16Avx512}};
-constexpr KernelTable<Decode> kDecode24{{&Decode24Baseline, &Decode24Avx2, &Decode24Avx2}};
+template <Store kStore>
+constexpr KernelTable<Decode> kDecode16{{&Decode16Baseline, &Decode16Avx2<kStore>, &Decode16Avx512<kStore>}};
+template <Store kStore>
+constexpr KernelTable<Decode> kDecode24{{&Decode24Baseline, &Decode24Avx2<kStore>, &Decode24Avx2<kStore>}};
 constexpr KernelTable<void (*)(const unsigned char*, float*, float*, std::size_t) noexcept> kSplit16{
     {&Split16Baseline, &Split16Avx2, &Split16Avx512}};
 constexpr KernelTable<Encode> kEncode16{{&Encode16Baseline, &Encode16Avx2, &Encode16Avx512}};
 constexpr KernelTable<Encode> kEncode24{{&Encode24, &Encode24Avx2, &Encode24Avx2}};
 
-}  // namespace
-
-void qxv::SamplesFromBytes(int width, const unsigned char* bytes, float* samples, std::size_t count) noexcept {
+template <Store kStore>
+void DecodeTo(int width, const unsigned char* bytes, float* samples, std::size_t count) noexcept {
   switch (width) {
     case 1:
       return Decode8(bytes, samples, count);
     case 2:
-      return kDecode16.Active()(bytes, samples, count);
+      return kDecode16<kStore>.Active()(bytes, samples, count);
     case 3:
-      return kDecode24.Active()(bytes, samples, count);
+      return kDecode24<kStore>.Active()(bytes, samples, count);
     default:
       std::memcpy(samples, bytes, count * sizeof(float));  // not by value: a signalling NaN would turn quiet
   }
+}
+
+}  // namespace
+
+void qxv::SamplesFromBytes(int width, const unsigned char* bytes, float* samples, std::size_t count) noexcept {
+  DecodeTo<Store::Cached>(width, bytes, samples, count);
+}
+
+void qxv::SamplesFromBytesPastCaches(int width, const unsigned char* bytes, float* samples, std::size_t count) noexcept {
+  DecodeTo<Store::PastCaches>(width, bytes, samples, count);
 }
 
 void qxv::BytesFromSamples(int width, const float* samples, unsigned char* bytes, std::size_t count) noexcept {

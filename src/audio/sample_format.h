@@ -12,6 +12,9 @@ constexpr bool IsSampleWidth(int width) noexcept { return width >= 1 && width <=
 /// @param width  1 to 4, see audio.h
 void SamplesFromBytes(int width, const unsigned char* bytes, float* samples, std::size_t count) noexcept;
 
+/// The same for a part of a result that the caches do not hold.
+void SamplesFromBytesPastCaches(int width, const unsigned char* bytes, float* samples, std::size_t count) noexcept;
+
 /// The bytes of count samples, cut towards zero; what exceeds the width wraps, what exceeds 32 bits or is no number is 0.
 /// @param width  1 to 4
 void BytesFromSamples(int width, const float* samples, unsigned char* bytes, std::size_t count) noexcept;

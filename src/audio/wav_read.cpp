@@ -12,19 +12,22 @@ namespace {
 
 using qxv::FileReader;
 
+constexpr std::uint64_t kLarge = (std::uint64_t{16} << 20) / sizeof(float);  // samples that would drive all else from the caches
+
 // Interleaved samples up to the file's end; false where it comes too early.
 bool ReadSamples(FileReader& in, int width, std::uint64_t count, float* samples) noexcept {
   if (!qxv::IsSampleWidth(width)) {
     return true;
   }
   const auto sampleBytes = static_cast<std::size_t>(width);
+  const auto decode = count < kLarge ? &qxv::SamplesFromBytes : &qxv::SamplesFromBytesPastCaches;
   while (count > 0) {
     const auto bytes = in.Peek(sampleBytes);
     const auto part = static_cast<std::size_t>(std::min<std::uint64_t>(count, bytes.size() / sampleBytes));
     if (part == 0) {
       return false;
     }
-    qxv::SamplesFromBytes(width, bytes.data(), samples, part);
+    decode(width, bytes.data(), samples, part);
     in.Skip(part * sampleBytes);
     samples += part;
     count -= part;

@@ -12,7 +12,7 @@
 namespace qxv {
 
 /// What a piece holds, and the most that is had in place at once.
-inline constexpr std::size_t kFilePiece = std::size_t{256} * 1024;
+inline constexpr std::size_t kFilePiece = std::size_t{192} * 1024;
 
 /// Opened once. The length is taken then, so that what a header claims can be compared with what is left before anything is
 /// allocated. A file that is cut meanwhile reads as one that ends there.

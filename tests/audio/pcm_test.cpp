@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <climits>
 #include <cmath>
@@ -147,6 +148,19 @@ TEST(SplitPcm, RefusesChannelsThatAreNotThere) {
   EXPECT_EQ(slot, -7);
 }
 
+TEST(SplitPcmKept, TheFirstSamplesPlaceWraps) {
+  // 131072 channels of one byte: 131072 x 32768 is 2^32, so that channel is read from the start of the frame.
+  constexpr int kChannels = 131072;
+  Bytes source(kChannels);
+  source[0] = 0xC0;
+  EXPECT_EQ(One(kChannels, kChannels, 32768, source, 1), (std::vector<float>{0.5f}));
+  EXPECT_EQ(One(kChannels, kChannels, 32769, source, 1), (std::vector<float>{-1})) << "the byte behind it";
+  // 131072 x 16384 is 2^31, below zero in 32 bits: a place before the block, which is refused.
+  float slot = -7;
+  EXPECT_EQ(QXVSplitPCM(kChannels, kChannels, 16384, source.data(), &slot, 1), -1);
+  EXPECT_EQ(slot, -7);
+}
+
 // All widths, lengths around every vector size and channel counts, in each tier, against the rule of one sample.
 TEST(SplitPcm, EveryTierEqualsTheRuleOfOneSample) {
   std::mt19937 random(31);
@@ -199,6 +213,29 @@ TEST(SplitPcm, ThousandsOfChannels) {
       ASSERT_EQ(targets[static_cast<std::size_t>(c)][f], static_cast<float>((c + f) % 256) * 0x1p-15f);
     }
   }
+}
+
+TEST(SampleBytes, PastTheCachesTheyAreTheSame) {
+  std::mt19937 random(34);
+  support::ForEachCpuTier([&] {
+    for (int width = 1; width <= 4; ++width) {
+      for (std::size_t count = 0; count <= 70; ++count) {
+        const std::size_t before = random() % 17;  // of any alignment
+        const std::size_t size = count * static_cast<std::size_t>(width);
+        const auto bytes = std::make_unique<unsigned char[]>(size);
+        std::generate_n(bytes.get(), size, [&] { return static_cast<unsigned char>(random()); });
+        const auto samples = std::make_unique<float[]>(before + count);
+        std::fill_n(samples.get(), before, -7.0f);
+        qxv::SamplesFromBytesPastCaches(width, bytes.get(), samples.get() + before, count);
+        for (std::size_t i = 0; i < count; ++i) {
+          const float expected = qxv::SampleFromBytes(width, bytes.get() + i * static_cast<std::size_t>(width));
+          ASSERT_EQ(std::memcmp(&samples[before + i], &expected, sizeof expected), 0)
+              << width << " bytes, " << i << " of " << count;
+        }
+        ASSERT_TRUE(before == 0 || samples[before - 1] == -7.0f);
+      }
+    }
+  });
 }
 
 TEST(SampleBytes, EveryTierEqualsTheRuleOfOneSample) {
