@@ -56,7 +56,8 @@ TEST(Vector3, ArithmeticIsByCoordinate) {
   ExpectEqual(v, 20, -40, 80);
   EXPECT_EQ(&(v /= 5.0), &v);
   ExpectEqual(v, 4, -8, 16);
-  v -= v;
+  const CQXVVector3& same = v;
+  v -= same;
   ExpectEqual(v, 0, 0, 0);
 }
 
