@@ -111,6 +111,15 @@ TEST(Spline, DoublesAreTheExactValuesTowardsZero) {
             (std::vector<double>{1000, -500, -1107, -915, -267, 498, 1178, 1777, 2321, 2832, 3335, 3855, 4414, 5038}));
 }
 
+TEST(Spline, ThreeKnotsAreContinuedInALine) {
+  // (3, -40) is added. The system 4 M1 + M2 = -480, M1 + 4 M2 = 0 gives M1 = -128 and M2 = 32.
+  const std::vector<double> ys = Sampled({0, 1, 2}, {0, 40, 0}, 0.5, 7);
+  const double exact[] = {0, 28, 40, 26, 0, -22, -40};
+  for (std::size_t i = 0; i < ys.size(); ++i) {
+    ExpectCut(static_cast<int>(ys[i]), exact[i]);
+  }
+}
+
 TEST(Spline, TwoKnotsAreContinuedInALine) {
   EXPECT_EQ(Sampled({0, 10}, {0, 10}, 1, 6), (std::vector<double>{0, 1, 2, 3, 4, 5}));
   EXPECT_EQ(Sampled({0, 10}, {0, 100}, 10, 6), (std::vector<double>{0, 100, 200, 300, 400, 500}));
