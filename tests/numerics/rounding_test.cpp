@@ -194,6 +194,9 @@ TEST(RoundingKept, PowersBeyondNineDigitsWrap) {
   EXPECT_EQ(QXVDoubleMakeSigFigure(1500000001.0, 10, kFloor), 1500000000.0);
   // Ten multiplications: the scale is 10^10 modulo 2^32.
   EXPECT_EQ(QXVDoubleMakeSigFigure(2e-10, 1, kFloor), 2.0 / 1410065408);
+  // Eleven divisions: 10^11 modulo 2^32 = 1215752192. The division by ten itself has no limit.
+  EXPECT_EQ(QXVDoubleMakeSigFigure(1e12, 2, kFloor), 10.0 * 1215752192);
+  EXPECT_EQ(QXVDoubleMakeSigFigure(1e11, 2, kFloor), 10.0 * 1410065408);
 }
 
 TEST(RoundingProperty, FloorAndCeilingBracketTheValue) {
