@@ -93,7 +93,7 @@ std::size_t BeforeAligned(const float* samples, std::size_t vectorBytes, std::si
   return std::min(bytes / sizeof(float), count);
 }
 
-// Where results go: to the caches, or past them where there is more than they hold. The address is a multiple of the vector.
+// Where results go: to the caches, or past them where there is more than they hold; then the address is a multiple of the vector.
 enum class Store { Cached, PastCaches };
 
 template <Store kStore>
@@ -101,7 +101,7 @@ QXV_INLINE_AVX2 void StoreAvx2(float* to, __m256 values) noexcept {
   if constexpr (kStore == Store::PastCaches) {
     _mm256_stream_ps(to, values);
   } else {
-    _mm256_store_ps(to, values);
+    _mm256_storeu_ps(to, values);
   }
 }
 
@@ -110,7 +110,7 @@ QXV_INLINE_AVX512 void StoreAvx512(float* to, __m512 values) noexcept {
   if constexpr (kStore == Store::PastCaches) {
     _mm512_stream_ps(to, values);
   } else {
-    _mm512_store_ps(to, values);
+    _mm512_storeu_ps(to, values);
   }
 }
 
@@ -372,7 +372,8 @@ void qxv::SamplesFromBytes(int width, const unsigned char* bytes, float* samples
 }
 
 void qxv::SamplesFromBytesPastCaches(int width, const unsigned char* bytes, float* samples, std::size_t count) noexcept {
-  DecodeTo<Store::PastCaches>(width, bytes, samples, count);
+  const bool whole = reinterpret_cast<std::uintptr_t>(samples) % sizeof(float) == 0;  // a packed place has no aligned vectors
+  (whole ? &DecodeTo<Store::PastCaches> : &DecodeTo<Store::Cached>)(width, bytes, samples, count);
 }
 
 void qxv::BytesFromSamples(int width, const float* samples, unsigned char* bytes, std::size_t count) noexcept {
