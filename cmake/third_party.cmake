@@ -17,3 +17,11 @@ if(NOT WIN32)
   qxv_find(LibXml2) # LibXml2::LibXml2, the parser of documents
   qxv_find(SQLite3) # SQLite::SQLite3, the registry's store
 endif()
+if(QXV_WITH_FREEIMAGE)
+  qxv_find(FreeImage) # FreeImage::FreeImage
+  if(WIN32)
+    file(COPY ${FreeImage_DLL} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}) # where the programs find it
+  else()
+    qxv_find(TIFF) # TIFF::TIFF, for the handlers of messages that FreeImage leaves as they are
+  endif()
+endif()

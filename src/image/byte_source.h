@@ -1,7 +1,7 @@
 // byte_source.h - bytes that can be read from any place: a span in memory, or a file.
 #pragma once
 
-#include "image/file_pieces.h"
+#include "streams/file_pieces.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,0 +1,23 @@
+# FreeImage::FreeImage, a shared library on both systems.
+find_path(FreeImage_INCLUDE_DIR FreeImage.h)
+find_library(FreeImage_LIBRARY NAMES freeimage FreeImage)
+mark_as_advanced(FreeImage_INCLUDE_DIR FreeImage_LIBRARY)
+set(required FreeImage_LIBRARY FreeImage_INCLUDE_DIR)
+if(WIN32)
+  find_file(FreeImage_DLL FreeImage.dll PATH_SUFFIXES bin)
+  mark_as_advanced(FreeImage_DLL)
+  list(APPEND required FreeImage_DLL)
+endif()
+
+include(FindPackageHandleStandardArgs)
+find_package_handle_standard_args(FreeImage REQUIRED_VARS ${required})
+
+if(FreeImage_FOUND AND NOT TARGET FreeImage::FreeImage)
+  add_library(FreeImage::FreeImage SHARED IMPORTED)
+  set_target_properties(FreeImage::FreeImage PROPERTIES INTERFACE_INCLUDE_DIRECTORIES ${FreeImage_INCLUDE_DIR})
+  if(WIN32)
+    set_target_properties(FreeImage::FreeImage PROPERTIES IMPORTED_IMPLIB ${FreeImage_LIBRARY} IMPORTED_LOCATION ${FreeImage_DLL})
+  else()
+    set_target_properties(FreeImage::FreeImage PROPERTIES IMPORTED_LOCATION ${FreeImage_LIBRARY})
+  endif()
+endif()
