@@ -131,7 +131,9 @@ std::uint64_t FrameBytes(const FrameShape& shape, unsigned bytesPerPixel) noexce
   }
   const std::uint64_t row =
       std::uint64_t{static_cast<std::uint32_t>(shape.width)} * bytesPerPixel + static_cast<std::uint32_t>(shape.padding);
-  return row * static_cast<std::uint32_t>(shape.height);
+  const auto rows = static_cast<std::uint32_t>(shape.height);
+  constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+  return rows != 0 && row > kMost / rows ? kMost : row * rows;
 }
 
 std::unique_ptr<unsigned char[]> NewFrame(const FrameShape& shape, unsigned bytesPerPixel) {

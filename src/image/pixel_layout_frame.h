@@ -17,7 +17,8 @@ struct FrameShape {
   std::int32_t padding = 0;
 };
 
-/// (width x bytesPerPixel + padding) x height, exact. A negative field gives the greatest number.
+/// (width x bytesPerPixel + padding) x height, exact. What needs more than 64 bits, and a negative field, gives the greatest
+/// number.
 std::uint64_t FrameBytes(const FrameShape& shape, unsigned bytesPerPixel) noexcept;
 
 /// new[] of FrameBytes, not filled. std::bad_alloc for a negative field and for more than 2^31 - 1 bytes, before anything is
