@@ -142,7 +142,7 @@ inline Bytes Frame(const Shape& from, const Bytes& in, const Shape& to) {
       if (sameSize) {
         working = ToWorking(from.layout, pixelAt(row, column));
       } else if (isYuv) {
-        unsigned char blended[3];
+        unsigned char blended[4] = {};  // 3 of them used
         for (std::size_t n = 0; n < 3; ++n) {
           blended[n] = Blend(column, row, from, to, [&](int r, int c) { return static_cast<float>(pixelAt(r, c)[n]); });
         }
