@@ -14,6 +14,7 @@
 #include "qxv/guid.h"
 #include "qxv/host.h"
 #include "qxv/identity.h"
+#include "qxv/image.h"
 #include "qxv/log.h"
 #include "qxv/md5.h"
 #include "qxv/module.h"
