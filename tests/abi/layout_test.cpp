@@ -7,6 +7,7 @@
 #include "qxv/crc.h"
 #include "qxv/float_buffer.h"
 #include "qxv/guid.h"
+#include "qxv/image.h"
 #include "qxv/module.h"
 #include "qxv/registry.h"
 #include "qxv/string.h"
@@ -179,6 +180,31 @@ TEST(Vector3Layout, CoordinatesFollowTheVirtualTable) {
   EXPECT_EQ(coordinates[1], 2);
   EXPECT_EQ(coordinates[2], 3);
 }
+
+// ---- image.h: records of 32-bit numbers; codes
+
+static_assert(sizeof(QXVImageInfo) == 28 && alignof(QXVImageInfo) == 4);
+static_assert(offsetof(QXVImageInfo, nType) == 0 && offsetof(QXVImageInfo, nFrames) == 4);
+static_assert(offsetof(QXVImageInfo, nPixelLayout) == 8 && offsetof(QXVImageInfo, nWidth) == 12);
+static_assert(offsetof(QXVImageInfo, nHeight) == 16 && offsetof(QXVImageInfo, nPadding) == 20);
+static_assert(offsetof(QXVImageInfo, nFrameTime) == 24);
+static_assert(sizeof(QXVPixelLayout) == 16 && alignof(QXVPixelLayout) == 4);
+static_assert(offsetof(QXVPixelLayout, nPixelLayout) == 0 && offsetof(QXVPixelLayout, nWidth) == 4);
+static_assert(offsetof(QXVPixelLayout, nHeight) == 8 && offsetof(QXVPixelLayout, nPadding) == 12);
+static_assert(QXV_LAYOUT_BGRA == 1 && QXV_LAYOUT_BGR == 4 && QXV_LAYOUT_YUV == 8 && QXV_LAYOUT_VUY == 0x02000000 &&
+              QXV_LAYOUT_RGB == 0x40000000);
+static_assert(QXV_IMAGE_TYPE_OTHER == 0 && QXV_IMAGE_TYPE_TGA == 1 && QXV_IMAGE_TYPE_BMP == 2 && QXV_IMAGE_TYPE_TIF == 3 &&
+              QXV_IMAGE_TYPE_GIF == 4 && QXV_IMAGE_TYPE_PCX == 5 && QXV_IMAGE_TYPE_YUV == 6 && QXV_IMAGE_TYPE_JPG == 7 &&
+              QXV_IMAGE_TYPE_PNG == 8);
+static_assert(QXV_IMAGE_STATUS_OK == 0 && QXV_IMAGE_STATUS_FOREIGN == -1);
+static_assert(QXV_IMAGE_STATUS_BAD_ARGUMENT == -1990190575);  // 0x89601A11
+static_assert(QXV_IMAGE_STATUS_NOT_FOUND == -1990190574);
+static_assert(QXV_IMAGE_STATUS_UNSUPPORTED == -1990190573);
+static_assert(QXV_IMAGE_STATUS_CANNOT_CREATE == -1990190572);
+static_assert(QXV_IMAGE_STATUS_CANNOT_READ == -1990190571);
+static_assert(QXV_IMAGE_STATUS_BAD_DATA == -1990190570);
+static_assert(QXV_IMAGE_STATUS_NO_PIXEL_SIZE == -1990190569);
+static_assert(QXV_IMAGE_STATUS_NULL_PIXELS == -1990190319);  // 0x89601B11
 
 // ---- module.h: the base of all interfaces; the destructor takes the first two slots of the virtual table in this ABI
 
