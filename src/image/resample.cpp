@@ -36,6 +36,8 @@ bool All(std::int32_t sourceSide, std::int32_t side, bool (*holds)(const Tap&)) 
 Tap TapAt(std::int32_t index, std::int32_t sourceSide, std::int32_t side) noexcept {
   const float place = static_cast<float>(index) * static_cast<float>(sourceSide) / static_cast<float>(side);
   std::int64_t first = static_cast<std::int64_t>(place);
+  // KEPT: where the second place would lie outside both step back, so the last ones are reckoned beyond the source.
+  //   Pinned by ResampleKept.LastColumnsReachBeyondTheSource.
   if (first + 1 >= sourceSide) {
     --first;
   }
