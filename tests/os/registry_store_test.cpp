@@ -254,6 +254,7 @@ TEST_F(RegistryStore, ThreadsAndForksShareIt) {
   std::thread other([&] {
     while (!stop) {
       (void)Read(QXT("a"), QXT("v"));
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));  // else it has the store nearly all the time
     }
   });
   for (int i = 0; i < 20; ++i) {
