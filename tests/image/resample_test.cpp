@@ -105,7 +105,8 @@ TEST(Resample, WholeFactorsAndQuartersFollowTheRule) {
   struct Sides {
     int from, to;
   };
-  for (const auto [from, to] : {Sides{30, 20}, {20, 40}, {20, 80}, {80, 20}, {60, 80}, {25, 20}, {36, 16}, {16, 16}}) {
+  for (const Sides& sides : {Sides{30, 20}, {20, 40}, {20, 80}, {80, 20}, {60, 80}, {25, 20}, {36, 16}, {16, 16}}) {
+    const int from = sides.from, to = sides.to;
     for (const int otherTo : {30, 45, 60, 15}) {
       const Shape source{32, from, 30, 0}, result{32, to, otherTo, 0};
       const Bytes in = Mixed(4 * static_cast<std::size_t>(from) * 30, 6);
