@@ -21,7 +21,6 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <chrono>
 #include <fstream>
 #include <memory>
 #include <optional>
@@ -248,13 +247,21 @@ TEST_F(RegistryStore, AStoreCutAtItsBirthIsAnEmptyOne) {
   EXPECT_EQ(Read(QXT("a"), QXT("v")), "1");
 }
 
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define QXV_TEST_UNDER_ASAN
+#endif
+#endif
+
 TEST_F(RegistryStore, ThreadsAndForksShareIt) {
+#if defined(QXV_TEST_UNDER_ASAN)
+  GTEST_SKIP() << "AddressSanitizer's allocator keeps its locks over a fork: a child of a busy process hangs in it";
+#endif
   ASSERT_EQ(Write(QXT("a"), QXT("v"), "1"), 0u);
   std::atomic<bool> stop{false};
   std::thread other([&] {
     while (!stop) {
       (void)Read(QXT("a"), QXT("v"));
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));  // else it has the store nearly all the time
     }
   });
   for (int i = 0; i < 20; ++i) {
