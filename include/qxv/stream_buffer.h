@@ -11,6 +11,14 @@
 #include <cstdint>
 #include <cstring>
 
+// Inline members that the library hands out as well, so that its table of names has the whole class. GCC for Windows exports of a
+// class only what is not inline, unless a member says so itself.
+#if defined(QXV_BUILDING) && defined(__GNUC__)
+#define QXV_API_INLINE [[gnu::used]] QXV_API
+#else
+#define QXV_API_INLINE
+#endif
+
 /// Puts values into a block that it owns and that grows in steps of 3000 bytes.
 ///
 /// long and unsigned long take 4 bytes on both systems; on Linux the low 32 bits of the value are written. Allocation failure
@@ -19,14 +27,14 @@
 class QXV_API CQXVStreamBufIn {
  public:
   /// 3000 bytes, none of them written.
-  CQXVStreamBufIn();
+  QXV_API_INLINE CQXVStreamBufIn() : m_pData(NewBlock()), m_nCapacity(kStep), m_nPosition(0), m_nGrowStep(kStep) {}
 
   /// A shallow copy: it shares the other's block. Only one of the two may be destroyed, and growing one may free the block under
   /// the other.
   CQXVStreamBufIn(const CQXVStreamBufIn& other);
   CQXVStreamBufIn& operator=(const CQXVStreamBufIn& other) = delete;  // the block replaced would have no owner
 
-  virtual ~CQXVStreamBufIn();
+  QXV_API_INLINE virtual ~CQXVStreamBufIn() { FreeBlock(m_pData); }
 
   CQXVStreamBufIn& operator<<(char value) { return Number8(static_cast<unsigned char>(value)); }
   CQXVStreamBufIn& operator<<(unsigned char value) { return Number8(value); }
@@ -61,10 +69,13 @@ class QXV_API CQXVStreamBufIn {
 
   /// The block, owned by this object and valid until the next operation that puts something in.
   /// @param nSize the position: bytes written. Negative from 2 GiB on.
-  unsigned char* GetBuffer(int& nSize);
+  QXV_API_INLINE unsigned char* GetBuffer(int& nSize) {
+    nSize = static_cast<int>(m_nPosition);
+    return m_pData;
+  }
 
   /// Bytes written.
-  unsigned int GetPos() const;
+  QXV_API_INLINE unsigned int GetPos() const { return m_nPosition; }
 
  protected:
   /// Adds one step to the capacity. New bytes are zero.
@@ -74,10 +85,19 @@ class QXV_API CQXVStreamBufIn {
   void Grow(int n);
 
  private:
+  static constexpr unsigned int kStep = 3000;
+
+  // The memory, which only the library takes and gives back. These work on values, not on the object: where all that is done with
+  // a writer is inline, the compiler keeps its fields in registers.
+  static unsigned char* NewBlock();
+  static void FreeBlock(unsigned char* pData) noexcept;
+  static unsigned char* Enlarged(unsigned char* pData, unsigned int nCapacity, std::uint64_t nNewCapacity);
+
   // The place of the next nBytes, at most 16: the capacity ends that far below 2^32, so the sum does not wrap.
   unsigned char* Room(unsigned int nBytes) {
     if (m_nPosition + nBytes > m_nCapacity) {
-      Grow();
+      m_pData = Enlarged(m_pData, m_nCapacity, std::uint64_t{m_nCapacity} + m_nGrowStep);
+      m_nCapacity += m_nGrowStep;
     }
     const unsigned int position = m_nPosition;
     m_nPosition = position + nBytes;
@@ -197,3 +217,5 @@ class QXV_API CQXVStreamBufOut {
   [[maybe_unused]] unsigned int m_nSize;
   unsigned int m_nPosition;
 };
+
+#undef QXV_API_INLINE

@@ -5,15 +5,24 @@
 #include <ctime>
 
 namespace qxv::os::system_clock {
+namespace {
 
-Moment Now() noexcept {
-  timespec now{};
-  (void)::clock_gettime(CLOCK_REALTIME, &now);
-  return {now.tv_sec, static_cast<std::int32_t>(now.tv_nsec / 1'000'000)};
-}
+// The last second that this thread asked for, and the zone that it was asked in: whoever writes many lines a second asks for each
+// of them. A program that changes its zone calls tzset, which gives other names or another offset.
+struct LastSecond {
+  std::time_t seconds = 0;
+  long zone = 0;
+  const char* names[2] = {};
+  SYSTEMTIME calendar{};  // year 0: none yet
 
-SYSTEMTIME LocalTimeOf(const Moment& moment) noexcept {
-  const std::time_t seconds = moment.seconds;
+  bool Is(std::time_t wanted) const noexcept {
+    return calendar.wYear != 0 && seconds == wanted && zone == ::timezone && names[0] == ::tzname[0] && names[1] == ::tzname[1];
+  }
+};
+
+thread_local constinit LastSecond last;
+
+SYSTEMTIME CalendarOf(std::time_t seconds) noexcept {
   std::tm local{};
   SYSTEMTIME calendar{};
   if (::localtime_r(&seconds, &local) == nullptr || local.tm_year < 1601 - 1900 || local.tm_year > 30827 - 1900) {
@@ -26,7 +35,27 @@ SYSTEMTIME LocalTimeOf(const Moment& moment) noexcept {
   calendar.wHour = static_cast<WORD>(local.tm_hour);
   calendar.wMinute = static_cast<WORD>(local.tm_min);
   calendar.wSecond = static_cast<WORD>(local.tm_sec < 60 ? local.tm_sec : 59);  // no leap second in this calendar
-  calendar.wMilliseconds = static_cast<WORD>(moment.milliseconds);
+  return calendar;
+}
+
+}  // namespace
+
+Moment Now() noexcept {
+  timespec now{};
+  (void)::clock_gettime(CLOCK_REALTIME, &now);
+  return {now.tv_sec, static_cast<std::int32_t>(now.tv_nsec / 1'000'000)};
+}
+
+SYSTEMTIME LocalTimeOf(const Moment& moment) noexcept {
+  const std::time_t seconds = moment.seconds;
+  if (!last.Is(seconds)) {
+    const SYSTEMTIME calendar = CalendarOf(seconds);
+    last = {seconds, ::timezone, {::tzname[0], ::tzname[1]}, calendar};  // after the conversion, which may read the zone first
+  }
+  SYSTEMTIME calendar = last.calendar;
+  if (calendar.wYear != 0) {
+    calendar.wMilliseconds = static_cast<WORD>(moment.milliseconds);
+  }
   return calendar;
 }
 

@@ -3,6 +3,7 @@
 
 #include <climits>
 #include <cstddef>
+#include <cstdint>
 
 namespace qxv::os {
 
@@ -18,6 +19,14 @@ class CountedOutput {
     }
     ++m_count;
   }
+
+  /// For a run of units that the caller writes: how many fit, where they go (null when units are only counted), and that so many
+  /// of them were written.
+  std::size_t Room() const noexcept {
+    return m_capacity == 0 ? SIZE_MAX : m_capacity - (m_count < m_capacity ? m_count : m_capacity);
+  }
+  Unit* Place() const noexcept { return m_capacity == 0 ? nullptr : m_out + (m_count < m_capacity ? m_count : m_capacity); }
+  void Skip(std::size_t units) noexcept { m_count += units; }
 
   /// The count, or -1 when it exceeds the capacity or INT_MAX.
   std::ptrdiff_t Result() const noexcept {

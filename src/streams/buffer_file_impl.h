@@ -5,6 +5,15 @@
 
 #include "qxv/buffer_file.h"
 
+#include <cstdint>
+
+namespace qxv {
+
+inline constexpr std::uint32_t kCountBytes = 4;        // before texts and arrays
+inline constexpr std::uint32_t kTextElementBytes = 8;  // what an array of texts counts for each of them
+
+}  // namespace qxv
+
 class CQXVBufferFileRWImpl final : public CQXVBufferFileRW {
  public:
   CQXVBufferFileRWImpl() noexcept = default;  // closed: an object that is released without Reset has nothing to free

@@ -12,9 +12,9 @@
 namespace {
 
 using qxv::BufferFileBlock;
+using qxv::kCountBytes;
+using qxv::kTextElementBytes;
 
-constexpr std::uint32_t kCountBytes = 4;
-constexpr std::uint32_t kTextElementBytes = 8;   // what an array of texts counts for each of them
 constexpr std::uint64_t kAlwaysAllowed = 65536;  // elements, however short the file
 
 template <class Value>

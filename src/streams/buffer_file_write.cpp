@@ -7,9 +7,8 @@
 namespace {
 
 using qxv::BufferFileBlock;
-
-constexpr std::uint32_t kCountBytes = 4;
-constexpr std::uint32_t kTextElementBytes = 8;  // what an array of texts counts for each of them
+using qxv::kCountBytes;
+using qxv::kTextElementBytes;
 
 template <class Value>
 unsigned int WriteValue(BufferFileBlock& file, const Value& value) noexcept {

@@ -3,12 +3,14 @@
 #include "streams/file_pieces.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <utility>
 
 namespace qxv {
 namespace {
 
+constexpr std::size_t kCacheLine = 64;
 constexpr std::size_t kFirstPiece = 4096;  // a header; whoever wants no more should not wait for more
 
 }  // namespace
@@ -24,19 +26,21 @@ os::ErrorCode FileReader::Open(const QXChar* name) {
   if (error != os::kErrorNone) {
     return error;
   }
-  m_piece.reset(new unsigned char[kFilePiece]);
+  m_piece.reset(new unsigned char[2 * kCacheLine + kFilePiece]);
+  m_line = 2 * kCacheLine - reinterpret_cast<std::uintptr_t>(m_piece.get()) % kCacheLine;
+  m_begin = m_at = m_end = m_line;
   m_length = static_cast<std::uint64_t>(length);
   return os::kErrorNone;
 }
 
 void FileReader::GoTo(std::uint64_t position) noexcept {
-  const std::uint64_t start = m_position - m_at;
-  if (position >= start && position - start <= m_end) {
-    m_at = static_cast<std::size_t>(position - start);
+  const std::uint64_t start = m_position - (m_at - m_begin);
+  if (position >= start && position - start <= m_end - m_begin) {
+    m_at = m_begin + static_cast<std::size_t>(position - start);
     m_position = position;
     return;
   }
-  m_at = m_end = 0;
+  m_begin = m_at = m_end = m_line;
   m_position = position;
   const bool moved =
       os::SeekInFile(m_file.Handle(), static_cast<std::int64_t>(position), os::SeekOrigin::Begin) == os::kErrorNone;
@@ -49,13 +53,17 @@ std::span<const unsigned char> FileReader::Peek(std::size_t least) noexcept {
   if (m_end - m_at >= least || Left() == m_end - m_at) {
     return AtHand();
   }
-  const bool first = m_position == 0 && m_end == 0;
-  std::memmove(m_piece.get(), m_piece.get() + m_at, m_end - m_at);
-  m_end -= m_at;
-  m_at = 0;
+  const bool first = m_position == 0 && m_end == m_begin;
+  // What is left goes before a line of the cache, so that the system copies to one: to an odd place it copies at a quarter of the
+  // speed.
+  const std::size_t rest = m_end - m_at;
+  m_begin = rest <= kCacheLine ? m_line - rest : 0;
+  std::memmove(m_piece.get() + m_begin, m_piece.get() + m_at, rest);
+  m_at = m_begin;
+  m_end = m_begin + rest;
   const std::size_t wanted = first ? std::max(kFirstPiece, least) : kFilePiece;
   std::size_t done = 0;
-  (void)os::ReadFromFile(m_file.Handle(), {m_piece.get() + m_end, wanted - m_end}, done);
+  (void)os::ReadFromFile(m_file.Handle(), {m_piece.get() + m_end, wanted - rest}, done);
   m_end += done;
   return AtHand();
 }
@@ -76,7 +84,7 @@ bool FileReader::Read(std::span<unsigned char> bytes) noexcept {
   while (!bytes.empty()) {
     std::size_t done = 0;
     if (m_at == m_end && bytes.size() >= kFilePiece) {  // past our memory
-      m_at = m_end = 0;
+      m_begin = m_at = m_end = m_line;
       (void)os::ReadFromFile(m_file.Handle(), bytes, done);
       m_position += done;
     } else {
@@ -91,6 +99,16 @@ bool FileReader::Read(std::span<unsigned char> bytes) noexcept {
     bytes = bytes.subspan(done);
   }
   return true;
+}
+
+bool FileReader::HasGrown() noexcept {
+  m_at = m_end = 0;
+  m_position = m_length;
+  unsigned char byte = 0;
+  std::size_t done = 0;
+  const auto end = static_cast<std::int64_t>(m_length);
+  return os::SeekInFile(m_file.Handle(), end, os::SeekOrigin::Begin) == os::kErrorNone &&
+         os::ReadFromFile(m_file.Handle(), {&byte, 1}, done) == os::kErrorNone && done == 1;
 }
 
 os::ErrorCode FileWriter::Open(const QXChar* name) {

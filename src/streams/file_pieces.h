@@ -41,6 +41,9 @@ class FileReader {
   /// Fills the span; false where the file ends before.
   [[nodiscard]] bool Read(std::span<unsigned char> bytes) noexcept;
 
+  /// Whether bytes have come behind the end that the file had when it was opened. Nothing is left afterwards, until GoTo.
+  [[nodiscard]] bool HasGrown() noexcept;
+
  private:
   std::span<const unsigned char> AtHand() const noexcept { return {m_piece.get() + m_at, m_end - m_at}; }
 
@@ -48,6 +51,8 @@ class FileReader {
   std::unique_ptr<unsigned char[]> m_piece;
   std::uint64_t m_length = 0;
   std::uint64_t m_position = 0;  // in the file, of the byte at m_at; the system stands behind the one before m_end
+  std::size_t m_line = 0;        // a place in m_piece where a line of the cache begins
+  std::size_t m_begin = 0;       // bytes from here to m_end are the file's
   std::size_t m_at = 0;
   std::size_t m_end = 0;
 };

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -13,12 +14,20 @@
 namespace qxv {
 namespace {
 
-constexpr std::size_t kReadAhead = 256 * 1024;          // fits the second-level cache with room for the texts made of it
+constexpr std::size_t kReadAhead = 256 * 1024;  // fits the second-level cache with room for the texts made of it
+constexpr std::size_t kCacheLine = 64;
 constexpr std::size_t kLongest = std::size_t{INT_MAX};  // units of a line
 constexpr unsigned char kCarriageReturn = 13;
 
 LineStop FindStop(const unsigned char* bytes, std::size_t count) { return FindLineStop(bytes, count, kCarriageReturn, 0); }
 LineStop FindStop(const QXChar* units, std::size_t count) { return {FindUnit(units, count, kCarriageReturn, 0), false}; }
+
+// Where bytes that are kept begin, so that what is read behind them goes to a line of the cache: to an odd place the system
+// copies at a quarter of the speed. A multiple of the unit.
+std::size_t BeginOf(const unsigned char* block, std::size_t kept, std::size_t unitBytes) noexcept {
+  const std::size_t place = (0 - (reinterpret_cast<std::uintptr_t>(block) + kept)) % kCacheLine;
+  return place - place % unitBytes;
+}
 
 }  // namespace
 
@@ -34,6 +43,7 @@ void LineReader::Attach(std::FILE* stream) noexcept {
 
 void LineReader::Forget(std::int64_t position) noexcept {
   m_start = position;
+  m_begin = 0;
   m_at = 0;
   m_end = 0;
   m_appended = false;
@@ -47,8 +57,8 @@ void LineReader::GoBehindAppended() noexcept {
 void LineReader::Seek(std::int64_t position) noexcept {
   m_appended = false;
   const std::int64_t at = position - m_start;
-  if (at >= 0 && at <= static_cast<std::int64_t>(m_end)) {
-    m_at = static_cast<std::size_t>(at);
+  if (at >= 0 && at <= static_cast<std::int64_t>(m_end - m_begin)) {
+    m_at = m_begin + static_cast<std::size_t>(at);
   } else {
     Forget(position);
   }
@@ -56,7 +66,8 @@ void LineReader::Seek(std::int64_t position) noexcept {
 
 // Reads behind what there is; what was passed makes room. Nothing was appended meanwhile. False at the end of the file and on an
 // error.
-bool LineReader::ReadMore() {
+bool LineReader::ReadMore(std::size_t unitBytes) {
+  const std::int64_t here = Here();
   const std::size_t kept = m_end - m_at;
   std::size_t capacity = std::max(m_capacity, kReadAhead);
   if (kept > capacity / 2) {
@@ -66,24 +77,26 @@ bool LineReader::ReadMore() {
   }
   if (capacity != m_capacity) {
     if (kept == 0) {
-      Forget(Position());
+      Forget(here);
       m_bytes.reset();
       m_capacity = 0;
     }
-    std::unique_ptr<unsigned char[]> bytes(new unsigned char[capacity]);
+    std::unique_ptr<unsigned char[]> bytes(new unsigned char[capacity + kCacheLine]);
     if (kept != 0) {
-      std::memcpy(bytes.get(), m_bytes.get() + m_at, kept);
+      std::memcpy(bytes.get() + BeginOf(bytes.get(), kept, unitBytes), m_bytes.get() + m_at, kept);
     }
     m_bytes = std::move(bytes);
     m_capacity = capacity;
-  } else if (kept != 0 && m_at != 0) {
-    std::memmove(m_bytes.get(), m_bytes.get() + m_at, kept);
+  } else if (kept != 0) {
+    std::memmove(m_bytes.get() + BeginOf(m_bytes.get(), kept, unitBytes), m_bytes.get() + m_at, kept);
   }
-  m_start += static_cast<std::int64_t>(m_at);
-  m_at = 0;
-  m_end = kept;
-  m_end += ReadAt(m_start + static_cast<std::int64_t>(kept), m_bytes.get() + kept, capacity - kept);
-  return m_end != kept;
+  m_start = here;
+  m_begin = BeginOf(m_bytes.get(), kept, unitBytes);
+  m_at = m_begin;
+  m_end = m_begin + kept;
+  const std::size_t done = ReadAt(here + static_cast<std::int64_t>(kept), m_bytes.get() + m_end, capacity - kept);
+  m_end += done;
+  return done != 0;
 }
 
 std::size_t LineReader::ReadAt(std::int64_t position, unsigned char* bytes, std::size_t size) noexcept {
@@ -101,7 +114,7 @@ std::size_t LineReader::Append(std::string_view bytes) noexcept {
   if (!m_appended && !os::SeekStream(m_stream, 0, os::SeekOrigin::End)) {
     return 0;
   }
-  Forget(m_start + static_cast<std::int64_t>(m_at));
+  Forget(Here());
   m_appended = true;
   const std::size_t written = std::fwrite(bytes.data(), 1, bytes.size(), m_stream);
   if (written != bytes.size()) {
@@ -135,7 +148,7 @@ RawLine<Unit> LineReader::Next() {
       throw std::bad_alloc();
     }
     const bool ended = seen < count;
-    if ((!ended || seen + 1 == count) && ReadMore()) {  // also for the unit behind the carriage return
+    if ((!ended || seen + 1 == count) && ReadMore(sizeof(Unit))) {  // also for the unit behind the carriage return
       continue;
     }
     // ReadMore may have moved the bytes, if only to fail then.
@@ -152,9 +165,9 @@ std::size_t LineReader::CountLineEnds() {
   const std::int64_t position = Position();
   LineEndCounter counter;
   Forget(0);
-  while (ReadMore()) {
+  while (ReadMore(sizeof(Unit))) {
     const std::size_t count = (m_end - m_at) / sizeof(Unit);
-    counter.Add(reinterpret_cast<const Unit*>(m_bytes.get()), count);
+    counter.Add(reinterpret_cast<const Unit*>(m_bytes.get() + m_at), count);
     m_at += count * sizeof(Unit);
   }
   Forget(position);

@@ -39,7 +39,7 @@ class LineReader {
     if (m_appended) {
       GoBehindAppended();
     }
-    return m_start + static_cast<std::int64_t>(m_at);
+    return Here();
   }
 
   /// Goes to a place of the file. What was read ahead is kept where that serves.
@@ -67,7 +67,8 @@ class LineReader {
   [[nodiscard]] std::size_t Append(std::string_view bytes) noexcept;
 
  private:
-  bool ReadMore();
+  bool ReadMore(std::size_t unitBytes);
+  std::int64_t Here() const noexcept { return m_start + static_cast<std::int64_t>(m_at - m_begin); }
   void GoBehindAppended() noexcept;
   void Forget(std::int64_t position) noexcept;
 
@@ -75,7 +76,8 @@ class LineReader {
   bool m_appended = false;  // the position is the stream's own, behind what was written last
   std::unique_ptr<unsigned char[]> m_bytes;
   std::size_t m_capacity = 0;
-  std::int64_t m_start = 0;
+  std::int64_t m_start = 0;  // in the file, of the byte at m_begin
+  std::size_t m_begin = 0;
   std::size_t m_at = 0;
   std::size_t m_end = 0;
 };

@@ -4,6 +4,8 @@
 
 #include "qxv/stream_buffer.h"
 
+#include "os/memory.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <functional>
@@ -12,7 +14,7 @@
 
 namespace {
 
-constexpr unsigned int kStep = 3000;
+constexpr unsigned int kFirst = 3000;
 constexpr std::uint64_t kMostCapacity = 0xFFFFFFFF - 16;
 constexpr unsigned int kCountBytes = 4;
 
@@ -20,7 +22,7 @@ constexpr unsigned int kCountBytes = 4;
 // space only, what is not used is not touched; above 64 MiB, where they would be felt, they are doublings.
 constexpr std::uint64_t AllocationFor(std::uint64_t capacity) {
   constexpr std::uint64_t kWide = std::uint64_t{64} << 20;
-  std::uint64_t bytes = capacity <= kStep ? kStep : 2 * kStep;
+  std::uint64_t bytes = capacity <= kFirst ? kFirst : 2 * kFirst;
   while (bytes < capacity) {
     bytes *= bytes < kWide ? 4 : 2;
   }
@@ -31,31 +33,35 @@ static_assert(AllocationFor(kMostCapacity) == kMostCapacity);
 
 }  // namespace
 
-CQXVStreamBufIn::CQXVStreamBufIn()
-    : m_pData(new unsigned char[kStep]()), m_nCapacity(kStep), m_nPosition(0), m_nGrowStep(kStep) {}
-
 // KEPT: copies share the block; the owner of both destroys only one. Pinned by StreamBufferKept.CopyOfTheWriterSharesTheBlock.
 CQXVStreamBufIn::CQXVStreamBufIn(const CQXVStreamBufIn& other) = default;
 
-CQXVStreamBufIn::~CQXVStreamBufIn() {
-  delete[] m_pData;
-  m_pData = nullptr;
-  m_nCapacity = 0;
-  m_nPosition = 0;
+unsigned char* CQXVStreamBufIn::NewBlock() {
+  static_assert(kStep == kFirst);
+  return new unsigned char[kStep]();
+}
+
+void CQXVStreamBufIn::FreeBlock(unsigned char* pData) noexcept { delete[] pData; }
+
+unsigned char* CQXVStreamBufIn::Enlarged(unsigned char* pData, unsigned int nCapacity, std::uint64_t nNewCapacity) {
+  if (nNewCapacity > kMostCapacity) {
+    throw std::bad_alloc();
+  }
+  const auto added = static_cast<std::size_t>(nNewCapacity - nCapacity);
+  if (nNewCapacity > AllocationFor(nCapacity)) {
+    const auto bytes = static_cast<std::size_t>(AllocationFor(nNewCapacity));
+    std::unique_ptr<unsigned char[]> block(new unsigned char[bytes]);
+    qxv::os::PreferLargePages(block.get(), bytes);
+    std::memcpy(block.get(), pData, nCapacity);
+    delete[] pData;
+    pData = block.release();
+  }
+  std::memset(pData + nCapacity, 0, added);
+  return pData;
 }
 
 void CQXVStreamBufIn::GrowTo(std::uint64_t nCapacity) {
-  if (nCapacity > kMostCapacity) {
-    throw std::bad_alloc();
-  }
-  const auto added = static_cast<std::size_t>(nCapacity - m_nCapacity);
-  if (nCapacity > AllocationFor(m_nCapacity)) {
-    std::unique_ptr<unsigned char[]> block(new unsigned char[static_cast<std::size_t>(AllocationFor(nCapacity))]);
-    std::memcpy(block.get(), m_pData, m_nCapacity);
-    delete[] m_pData;
-    m_pData = block.release();
-  }
-  std::memset(m_pData + m_nCapacity, 0, added);
+  m_pData = Enlarged(m_pData, m_nCapacity, nCapacity);
   m_nCapacity = static_cast<unsigned int>(nCapacity);
 }
 
@@ -123,10 +129,3 @@ void CQXVStreamBufIn::Set(int nOffset, int nValue) {
     std::memcpy(m_pData + nOffset, &nValue, sizeof nValue);
   }
 }
-
-unsigned char* CQXVStreamBufIn::GetBuffer(int& nSize) {
-  nSize = static_cast<int>(m_nPosition);
-  return m_pData;
-}
-
-unsigned int CQXVStreamBufIn::GetPos() const { return m_nPosition; }

@@ -4,6 +4,7 @@
 
 #include "os/code_page.h"
 #include "os/file.h"
+#include "os/memory.h"
 #include "streams/line_scan.h"
 
 #include <algorithm>
@@ -67,6 +68,7 @@ os::ErrorCode CopyFileBytes(HANDLE file, FileCopy& copy) {
   }
   const auto size = static_cast<std::size_t>(length);
   std::unique_ptr<unsigned char[]> bytes(new unsigned char[size + FileCopy::kZerosBehind]);
+  os::PreferLargePages(bytes.get(), size);
   std::size_t done = 0;
   if (const os::ErrorCode error = os::SeekInFile(file, 0, os::SeekOrigin::Begin); error != os::kErrorNone) {
     return error;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "qxv/types.h"
+#include "support/wine.h"
 
 #include <gtest/gtest.h>
 
@@ -13,13 +14,11 @@ Function* Named(const char* name) {
   return reinterpret_cast<Function*>(reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"msvcrt.dll"), name)));
 }
 
-/// The recorded texts are Wine's; other versions of the run-time differ in corners (the names of infinities, for one).
-inline bool IsWine() { return ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr; }
-
 }  // namespace msvcrt
 
+// The recorded texts are Wine's; other versions of the run-time differ in corners (the names of infinities, for one).
 #define QXV_NEEDS_WINE()                                                                                    \
-  if (!msvcrt::IsWine()) {                                                                                  \
+  if (!support::IsWine()) {                                                                                 \
     GTEST_SKIP() << "compares with the run-time of Wine 8; the system's own differs in documented corners"; \
   }                                                                                                         \
   static_assert(true)

@@ -155,6 +155,19 @@ TEST(FileReader, AFileThatIsCutMeanwhileEndsThere) {
   EXPECT_TRUE(in.Take(1).empty());
 }
 
+TEST(FileReader, TellsWhetherAFileHasGrownMeanwhile) {
+  const NumberedFile file(5000);
+  FileReader in;
+  ASSERT_EQ(in.Open(file.name.c_str()), 0u);
+  EXPECT_FALSE(in.HasGrown());
+  EXPECT_EQ(in.Left(), 0u);
+  in.GoTo(4990);
+  EXPECT_EQ(TextOf(in.Take(20)), file.bytes.substr(4990));
+  ASSERT_TRUE(support::WriteBytes(file.name, file.bytes + "x"));
+  EXPECT_TRUE(in.HasGrown());
+  EXPECT_EQ(in.Length(), 5000u);
+}
+
 // The system's part answers lack of memory by its own error.
 TEST(FileReader, LackOfMemoryIsThrownOrRefused) {
   const NumberedFile file(10);
