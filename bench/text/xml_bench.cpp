@@ -6,13 +6,16 @@
 #include "qxv/xml.h"
 
 #include <libxml/parser.h>
+#include <malloc.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <pugixml.hpp>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -77,17 +80,6 @@ std::unique_ptr<CQXVXmlNode> Project() {
   return root;
 }
 
-void Put(const CQXVXmlNode& node, pugi::xml_node out) {
-  out.set_name(qxv::os::Utf8FromText(static_cast<const QXChar*>(node.m_strName)).c_str());
-  for (QXInt64 i = 0; i < node.m_arrAtt.GetSize(); ++i) {
-    out.append_attribute(qxv::os::Utf8FromText(static_cast<const QXChar*>(node.m_arrAtt[i]->m_strName)).c_str())
-        .set_value(qxv::os::Utf8FromText(static_cast<const QXChar*>(node.m_arrAtt[i]->m_strValue)).c_str());
-  }
-  for (QXInt64 i = 0; i < node.m_arrNode.GetSize(); ++i) {
-    Put(*node.m_arrNode[i], out.append_child("n"));
-  }
-}
-
 class TextWriter final : public pugi::xml_writer {
  public:
   void write(const void* data, std::size_t size) override { m_bytes.append(static_cast<const char*>(data), size); }
@@ -106,54 +98,141 @@ void SavePugi(const pugi::xml_document& document, Writer& writer) {
 
 constexpr const QXChar* kDeclaration = QXT("<?xml version=\"1.0\"?>");
 
+// The document as text and as the tree that each side's own parser makes of it.
 struct Documents {
-  std::unique_ptr<CQXVXmlNode> tree = Project();
-  pugi::xml_document pugi;
   CQXString text = kDeclaration;
+  std::string utf8;
+  CQXVXmlNode tree;
+  pugi::xml_document pugi;
 
   Documents() {
-    Put(*tree, pugi.append_child("n"));
-    (void)QXVXMLStruct2String(*tree, text);
+    SettleAllocator();
+    (void)QXVXMLStruct2String(*Project(), text);
+    utf8 = qxv::os::Utf8FromText(static_cast<const QXChar*>(text));
+    Require(QXVXMLString2Struct(text, tree) == 0, "our parser fails");
+    Require(pugi.load_buffer(utf8.data(), utf8.size(), pugi::parse_default, pugi::encoding_utf8), "pugixml's parser fails");
     CheckSameText();
   }
 
  private:
+  // Each turn pays for itself: freed memory is neither given back, or the next turn would wait for the kernel to hand it out and
+  // clear it, nor put on the allocator's fast lists, which leave joining freed blocks to whoever comes next.
+  static void SettleAllocator() {
+    constexpr int kLargest = 32 << 20;  // threshold that the allocator takes
+    Require(
+        ::mallopt(M_MMAP_THRESHOLD, kLargest) == 1 && ::mallopt(M_TRIM_THRESHOLD, 1 << 30) == 1 && ::mallopt(M_MXFAST, 0) == 1,
+        "mallopt fails");
+  }
+
+  static void Require(bool holds, const char* otherwise) {
+    if (!holds) {
+      std::fprintf(stderr, "xml_bench: %s\n", otherwise);
+      std::abort();
+    }
+  }
+
   // Both write the same text but for line ends: pugixml has no CR, and no line end between the tags of an element without
   // children. (Nor does it escape apostrophes and, in values, >, so the project has none.)
   void CheckSameText() const {
+    CQXString written;
+    (void)QXVXMLStruct2String(tree, written);
+    Text ours(static_cast<const QXChar*>(written));
     TextWriter writer;
     SavePugi(pugi, writer);
     Text theirs(writer.Bytes().size() / sizeof(QXChar), 0);
     std::memcpy(theirs.data(), writer.Bytes().data(), theirs.size() * sizeof(QXChar));
-    Text ours(static_cast<const QXChar*>(text) + CQXString::Length(kDeclaration));
     for (Text* side : {&ours, &theirs}) {
       std::erase_if(*side, [](QXChar unit) { return unit == QXT('\r') || unit == QXT('\n'); });
     }
-    if (ours != theirs) {
-      std::fprintf(stderr, "xml_bench: pugixml writes another text\n");
-      std::abort();
-    }
+    Require(ours == theirs, "pugixml writes another text");
   }
 };
 
-Documents& Shared() {
-  static Documents documents;
+const Documents& Shared() {
+  static const Documents documents;
   return documents;
 }
 
-// The parser without a word to a tree.
-void ParseAlone() {
-  const std::string bytes = qxv::os::Utf8FromText(static_cast<const QXChar*>(Shared().text));
-  xmlDocPtr document = xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr,
-                                     XML_PARSE_NONET | XML_PARSE_COMPACT | XML_PARSE_HUGE);
-  benchmark::DoNotOptimize(document);
-  xmlFreeDoc(document);
+using ParserTree = std::unique_ptr<xmlDoc, decltype(&xmlFreeDoc)>;
+
+// The parser without a word to a tree of ours; its input lies ready.
+ParserTree ParseAlone() {
+  const std::string& bytes = Shared().utf8;
+  return {xmlReadMemory(bytes.data(), static_cast<int>(bytes.size()), nullptr /*address*/, nullptr /*encoding*/,
+                        XML_PARSE_NONET | XML_PARSE_COMPACT | XML_PARSE_HUGE),
+          xmlFreeDoc};
 }
 
+// What the tree is made of, in the order of the document, so that making it again reads it in one sweep.
+class Plan {
+ public:
+  explicit Plan(const CQXVXmlNode& root) { Add(root); }
+
+  // The tree with so many sequences: objects, texts and arrays, each array in its size at once.
+  std::unique_ptr<CQXVXmlNode> Make(QXInt64 sequences) const {
+    const Step* at = m_steps.data();
+    std::unique_ptr<CQXVXmlNode> root(MakeNode(at));
+    const Step* const first = at;
+    root->m_arrNode.SetSize(sequences);
+    for (QXInt64 i = 0; i < sequences; ++i) {
+      at = i % kSequences == 0 ? first : at;
+      root->m_arrNode.GetData()[i] = MakeTree(at);
+    }
+    return root;
+  }
+
+ private:
+  struct Step {
+    Text name;
+    Text value;              // of an attribute
+    QXInt64 attributes = 0;  // of a node
+    QXInt64 children = 0;
+  };
+
+  void Add(const CQXVXmlNode& node) {
+    m_steps.push_back({TextOf(node.m_strName), {}, node.m_arrAtt.GetSize(), node.m_arrNode.GetSize()});
+    for (QXInt64 i = 0; i < node.m_arrAtt.GetSize(); ++i) {
+      const CQXVXmlAtt& attribute = *node.m_arrAtt.GetData()[i];
+      m_steps.push_back({TextOf(attribute.m_strName), TextOf(attribute.m_strValue)});
+    }
+    for (QXInt64 i = 0; i < node.m_arrNode.GetSize(); ++i) {
+      Add(*node.m_arrNode.GetData()[i]);
+    }
+  }
+
+  static Text TextOf(const CQXString& text) { return static_cast<const QXChar*>(text); }
+
+  static CQXVXmlNode* MakeNode(const Step*& at) {
+    const Step& step = *at++;
+    auto* node = new CQXVXmlNode;
+    node->m_strName = step.name.c_str();
+    node->m_arrAtt.SetSize(step.attributes);
+    for (QXInt64 i = 0; i < step.attributes; ++i, ++at) {
+      auto* attribute = new CQXVXmlAtt;
+      attribute->m_strName = at->name.c_str();
+      attribute->m_strValue = at->value.c_str();
+      node->m_arrAtt.GetData()[i] = attribute;
+    }
+    return node;
+  }
+
+  static CQXVXmlNode* MakeTree(const Step*& at) {
+    const QXInt64 children = at->children;
+    CQXVXmlNode* node = MakeNode(at);
+    node->m_arrNode.SetSize(children);
+    for (QXInt64 i = 0; i < children; ++i) {
+      node->m_arrNode.GetData()[i] = MakeTree(at);
+    }
+    return node;
+  }
+
+  std::vector<Step> m_steps;
+};
+
 // The tree's own allocations and nothing else.
-void AllocateTree() {
-  const CQXVXmlNode copy(*Shared().tree);
-  benchmark::DoNotOptimize(&copy);
+std::unique_ptr<CQXVXmlNode> AllocateTree(QXInt64 sequences) {
+  static const Plan plan(Shared().tree);
+  return plan.Make(sequences);
 }
 
 bench::Job WriteJob() {
@@ -161,7 +240,7 @@ bench::Job WriteJob() {
                  "5 MiB",
                  [] {
                    CQXString text;
-                   benchmark::DoNotOptimize(QXVXMLStruct2String(*Shared().tree, text));
+                   benchmark::DoNotOptimize(QXVXMLStruct2String(Shared().tree, text));
                  },
                  {}};
   job.peers.push_back({"pugixml UTF-16",
@@ -182,16 +261,14 @@ bench::Job ParseJob() {
                    benchmark::DoNotOptimize(QXVXMLString2Struct(Shared().text, root));
                  },
                  {}};
-  job.peers.push_back({"libxml2 alone", ParseAlone});
-  job.peers.push_back({"the tree's allocations alone", AllocateTree});
+  job.peers.push_back({"libxml2 alone", [] { benchmark::DoNotOptimize(ParseAlone()); }});
+  job.peers.push_back({"the tree's allocations alone", [] { benchmark::DoNotOptimize(AllocateTree(kSequences)); }});
+  // As in ours the parser's tree stands while the other is made, and goes first: what freeing costs depends on its order.
   job.peers.push_back({"libxml2, then 1.3 times the tree's allocations",
                        [] {
-                         static int turn = 0;
-                         ParseAlone();
-                         AllocateTree();
-                         for (turn += 3; turn >= 10; turn -= 10) {
-                           AllocateTree();
-                         }
+                         ParserTree parsed = ParseAlone();
+                         const auto tree = AllocateTree(kSequences * 13 / 10);
+                         parsed.reset();
                        },
                        1.0});
   return job;

@@ -16,8 +16,8 @@
 /// a subfolder in the place of that subfolder. A file is UTF-16 or UTF-8 by its mark; without one it is read in code page 936
 /// from a folder named 04_02, in 950 from one named 04_01, else in the system's. A file that cannot be read, or of more than 256
 /// MiB, is left out; so are folders more than 128 levels deep, and a folder is entered once however many links lead to it.
-/// @param folder  at least 3 characters, the last of them a backslash or slash; empty: ..\Sys\Dictionary\04_02\ beside the
-///   folder of the running program
+/// @param folder  at least 3 characters, the last of them a backslash or slash; empty: `..\Sys\Dictionary\04_02` and a backslash,
+///   beside the folder of the running program
 /// @return 0; (int)0x89601A70 for another folder, or one without such a file: then nothing is loaded, what was is gone.
 QXV_API int QXVLoadDictionarys(const CQXString& folder);
 

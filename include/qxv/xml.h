@@ -28,7 +28,7 @@ class QXV_API CQXVXmlAtt {
 class QXV_API CQXVXmlNode {
  public:
   CQXVXmlNode();
-  explicit CQXVXmlNode(const CQXString& name);
+  CQXVXmlNode(const CQXString& name);  // NOLINT(google-explicit-constructor): callers pass names
 
   /// Copies are deep. Either side of an assignment may stand inside the other's tree: the copy is taken first, what the target
   /// held is freed last. A derived class's object is copied as a plain node or attribute. A failed allocation leaves the target
@@ -51,8 +51,8 @@ class QXV_API CQXVXmlNode {
 /// other number, and for a text that is no XML, the result is 0 and the tree is empty. The target's attributes and children are
 /// freed in every case; its name stays unless there is a tree.
 ///
-/// Only elements and attributes below the root are supported. Anything else becomes a node without attributes: #text (unless it
-/// is all white space), #cdata-section, #comment, the target of a processing instruction, the name of an entity.
+/// Only elements and attributes below the root are supported. Anything else becomes a node without attributes: `#text` (unless
+/// it is all white space), `#cdata-section`, `#comment`, the target of a processing instruction, the name of an entity.
 /// No file and no address is opened for a document.
 ///
 /// @param text may stand inside the target's tree

@@ -13,7 +13,7 @@ void DeleteAttributes(CQXVXmlNode& node) noexcept;
 
 /// Frees every child with what is below it, in index order, and the list itself. Takes no memory and no stack that grows with
 /// the tree.
-void DeleteChildren(CQXVXmlNode& node) noexcept;
+void DeleteChildren(CQXVXmlNode& top) noexcept;
 
 /// Size of the block of an array that grew from nothing to count elements, one after another.
 QXInt64 GrownBlock(QXInt64 count) noexcept;

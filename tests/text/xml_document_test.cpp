@@ -1,6 +1,6 @@
 // xml_document_test.cpp - one table of documents and the trees that they give, the same on both systems' parsers.
 // Left out is what parsers answer differently (docs/xml.md): undeclared prefixes, default namespaces, some encodings, and depths
-// between 256 and 10,000.
+// between 257 and 10,000.
 
 #include "qxv/xml.h"
 

@@ -115,6 +115,16 @@ TEST(XmlNode, ANewNodeIsEmpty) {
   EXPECT_EQ(Shown(CQXVXmlNode(CQXString(QXT("a")))), "(a)");
 }
 
+TEST(XmlNode, ANameStandsForANodeWithoutAttributesAndChildren) {
+  const CQXString name(QXT("a"));
+  const CQXVXmlNode node = name;
+  EXPECT_EQ(Shown(node), "(a)");
+  CQXVXmlNode target(CQXString(QXT("old")));
+  target.m_arrNode.Add(NewNode(QXT("gone")));
+  target = name;
+  EXPECT_EQ(Shown(target), "(a)");
+}
+
 TEST(XmlNode, ACopyHoldsTheWholeTreeAndSharesNothing) {
   auto source = Family();
   const CQXVXmlNode copy(*source);

@@ -29,6 +29,7 @@ TEST(XmlTextPosix, UndeclaredPrefixesAreMalformed) {
 
 TEST(XmlTextPosix, DefaultNamespacesAreAttributes) {
   EXPECT_EQ(Parsed(QXT("<?p?><a xmlns='u' x='1'><b xmlns=''/></a>")), "(a x=[1] xmlns=[u](b xmlns=[]))");
+  EXPECT_EQ(Parsed(QXT("<?p?><a p:y='2' xmlns:p='u' x='1'/>")), "(a p:y=[2] x=[1] xmlns:p=[u])");
 }
 
 TEST(XmlTextPosix, ThousandsOfLevelsAreRead) {
@@ -42,6 +43,15 @@ TEST(XmlTextPosix, ThousandsOfLevelsAreRead) {
     text += QXT("</a>");
   }
   EXPECT_EQ(Parsed(text), expected + std::string(3000, ')'));
+}
+
+TEST(XmlTextPosix, ValuesOfMoreThanTenMillionCharactersAreRead) {
+  constexpr std::size_t kLength = 10000001;
+  CQXVXmlNode target;
+  const Text value = support::Repeat(QXT('v'), kLength);
+  EXPECT_EQ(QXVXMLString2Struct(CQXString((QXT("<?p?><a x='") + value + QXT("'/>")).c_str()), target), 0);
+  ASSERT_EQ(target.m_arrAtt.GetSize(), 1);
+  EXPECT_TRUE(support::TextOf(target.m_arrAtt[0]->m_strValue) == value);
 }
 
 TEST(XmlTextPosix, AnEncodingThatTheSystemKnowsIsAccepted) {

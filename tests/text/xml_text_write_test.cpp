@@ -133,6 +133,25 @@ TEST(XmlTextWrite, ManyAttributesAndChildrenKeepTheirOrder) {
   EXPECT_EQ(Printable(Written(root)), Printable(expected + QXT("</r>\r\n")));
 }
 
+// So that the last tag stands at every place of the queue.
+TEST(XmlTextWrite, TreesOfEverySizeArriveWhole) {
+  CQXVXmlNode wide(CQXString(QXT("r")));
+  CQXVXmlNode rich(CQXString(QXT("r")));
+  Text children;
+  Text attributes;
+  for (int count = 0; count <= 150; ++count) {
+    EXPECT_TRUE(Written(wide) == QXT("<r>\r\n") + children + QXT("</r>\r\n")) << count << " children";
+    EXPECT_TRUE(Written(rich) == QXT("<r") + attributes + QXT(">\r\n</r>\r\n")) << count << " attributes";
+    CQXString number;
+    number.Format(QXT("%d"), count);
+    const Text name = QXT("n") + TextOf(number);
+    wide.m_arrNode.Add(NewNode(name.c_str()));
+    children += QXT("<") + name + QXT(">\r\n</") + name + QXT(">\r\n");
+    rich.m_arrAtt.Add(new CQXVXmlAtt(CQXString(name.c_str()), number));
+    attributes += QXT(" ") + name + QXT("=\"") + TextOf(number) + QXT("\"");
+  }
+}
+
 TEST(XmlTextWrite, ADeepTreeIsWritten) {
   constexpr std::size_t kDepth = support::kManyNodes;
   CQXVXmlNode root(CQXString(QXT("n")));
