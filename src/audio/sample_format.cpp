@@ -7,18 +7,21 @@
 
 #include "audio/sample_format.h"
 
+#include "audio/sample_vectors.h"
 #include "foundation/numeric.h"
 #include "os/cpu.h"
 #include "os/intrinsics.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
 
 namespace {
 
-constexpr float kFromByte = 0x1p-7f, kFrom16 = 0x1p-15f, kFrom24 = 0x1p-23f;
+using qxv::BeforeAligned;
+using qxv::kFrom16;
+
+constexpr float kFromByte = 0x1p-7f, kFrom24 = 0x1p-23f;
 constexpr float kTo16 = 0x1p15f, kTo24 = 0x1p23f;
 
 std::uint32_t Word(const unsigned char* bytes, int width) noexcept {
@@ -85,12 +88,6 @@ void EncodeRest(const float* samples, unsigned char* bytes, std::size_t from, st
   for (std::size_t i = from; i < count; ++i) {
     qxv::ByteSample(kWidth, samples[i], bytes + i * kWidth);
   }
-}
-
-// Floats before the next address that is a multiple of a vector, at most count: loads and stores that cross lines cost twice.
-std::size_t BeforeAligned(const float* samples, std::size_t vectorBytes, std::size_t count) noexcept {
-  const std::size_t bytes = (0 - reinterpret_cast<std::uintptr_t>(samples)) & (vectorBytes - 1);
-  return std::min(bytes / sizeof(float), count);
 }
 
 // Where results go: to the caches, or past them where there is more than they hold; then the address is a multiple of the vector.
@@ -261,6 +258,24 @@ QXV_TARGET_AVX2 void Decode24Avx2(const unsigned char* bytes, float* samples, st
   DecodeRest<3>(bytes, samples, i, count);
 }
 
+template <Store kStore>
+QXV_TARGET_AVX512 void Decode24Avx512(const unsigned char* bytes, float* samples, std::size_t count) noexcept {
+  const __m512 scale = _mm512_set1_ps(kFrom24);
+  const __m512i spread = _mm512_set_epi8(47, 46, 45, 0, 44, 43, 42, 0, 41, 40, 39, 0, 38, 37, 36, 0,  //
+                                         35, 34, 33, 0, 32, 31, 30, 0, 29, 28, 27, 0, 26, 25, 24, 0,  //
+                                         23, 22, 21, 0, 20, 19, 18, 0, 17, 16, 15, 0, 14, 13, 12, 0,  //
+                                         11, 10, 9, 0, 8, 7, 6, 0, 5, 4, 3, 0, 2, 1, 0, 0);  // the lowest byte is shifted out
+  std::size_t i = BeforeAligned(samples, 64, count);
+  DecodeRest<3>(bytes, samples, 0, i);
+  for (; i + 22 <= count; i += 16) {  // reads 64 bytes for 48
+    const __m512i raw = _mm512_loadu_si512(bytes + 3 * i);
+    const __m512i values = _mm512_srai_epi32(_mm512_permutexvar_epi8(spread, raw), 8);
+    StoreAvx512<kStore>(samples + i, _mm512_mul_ps(_mm512_cvtepi32_ps(values), scale));
+  }
+  EndOfStores<kStore>();
+  DecodeRest<3>(bytes, samples, i, count);
+}
+
 void Encode24(const float* samples, unsigned char* bytes, std::size_t count) noexcept { EncodeRest<3>(samples, bytes, 0, count); }
 
 QXV_TARGET_AVX2 void Encode24Avx2(const float* samples, unsigned char* bytes, std::size_t count) noexcept {
@@ -277,67 +292,6 @@ QXV_TARGET_AVX2 void Encode24Avx2(const float* samples, unsigned char* bytes, st
   EncodeRest<3>(samples, bytes, i, count);
 }
 
-// --- Two channels: a pair of 16-bit samples is one number of 32 bits, the second sample its upper half ---
-
-void Split16Rest(const unsigned char* bytes, float* first, float* second, std::size_t from, std::size_t count) noexcept {
-  for (std::size_t i = from; i < count; ++i) {
-    first[i] = qxv::SampleFromBytes(2, bytes + 4 * i);
-    second[i] = qxv::SampleFromBytes(2, bytes + 4 * i + 2);
-  }
-}
-
-void Split16Baseline(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
-  const __m128 scale = _mm_set1_ps(kFrom16);
-  std::size_t i = 0;
-  for (; i + 4 <= count; i += 4) {
-    const __m128i pairs = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + 4 * i));
-    const __m128i low = _mm_srai_epi32(_mm_slli_epi32(pairs, 16), 16), high = _mm_srai_epi32(pairs, 16);
-    _mm_storeu_ps(first + i, _mm_mul_ps(_mm_cvtepi32_ps(low), scale));
-    _mm_storeu_ps(second + i, _mm_mul_ps(_mm_cvtepi32_ps(high), scale));
-  }
-  Split16Rest(bytes, first, second, i, count);
-}
-
-QXV_INLINE_AVX2 void Split16OfAvx2(const unsigned char* bytes, float* first, float* second) noexcept {
-  const __m256 scale = _mm256_set1_ps(kFrom16);
-  const __m256i pairs = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes));
-  const __m256i low = _mm256_srai_epi32(_mm256_slli_epi32(pairs, 16), 16), high = _mm256_srai_epi32(pairs, 16);
-  _mm256_storeu_ps(first, _mm256_mul_ps(_mm256_cvtepi32_ps(low), scale));
-  _mm256_storeu_ps(second, _mm256_mul_ps(_mm256_cvtepi32_ps(high), scale));
-}
-
-QXV_TARGET_AVX2 void Split16Avx2(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
-  if (count < 8) {
-    return Split16Rest(bytes, first, second, 0, count);
-  }
-  Split16OfAvx2(bytes, first, second);
-  for (std::size_t i = BeforeAligned(first, 32, count); i + 8 <= count; i += 8) {
-    Split16OfAvx2(bytes + 4 * i, first + i, second + i);
-  }
-  const std::size_t last = count - 8;
-  Split16OfAvx2(bytes + 4 * last, first + last, second + last);
-}
-
-QXV_INLINE_AVX512 void Split16OfAvx512(const unsigned char* bytes, float* first, float* second) noexcept {
-  const __m512 scale = _mm512_set1_ps(kFrom16);
-  const __m512i pairs = _mm512_loadu_si512(bytes);
-  const __m512i low = _mm512_srai_epi32(_mm512_slli_epi32(pairs, 16), 16), high = _mm512_srai_epi32(pairs, 16);
-  _mm512_storeu_ps(first, _mm512_mul_ps(_mm512_cvtepi32_ps(low), scale));
-  _mm512_storeu_ps(second, _mm512_mul_ps(_mm512_cvtepi32_ps(high), scale));
-}
-
-QXV_TARGET_AVX512 void Split16Avx512(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
-  if (count < 16) {
-    return Split16Avx2(bytes, first, second, count);
-  }
-  Split16OfAvx512(bytes, first, second);
-  for (std::size_t i = BeforeAligned(first, 64, count); i + 16 <= count; i += 16) {
-    Split16OfAvx512(bytes + 4 * i, first + i, second + i);
-  }
-  const std::size_t last = count - 16;
-  Split16OfAvx512(bytes + 4 * last, first + last, second + last);
-}
-
 using qxv::os::KernelTable;
 using Decode = void (*)(const unsigned char*, float*, std::size_t) noexcept;
 using Encode = void (*)(const float*, unsigned char*, std::size_t) noexcept;
@@ -345,9 +299,7 @@ using Encode = void (*)(const float*, unsigned char*, std::size_t) noexcept;
 template <Store kStore>
 constexpr KernelTable<Decode> kDecode16{{&Decode16Baseline, &Decode16Avx2<kStore>, &Decode16Avx512<kStore>}};
 template <Store kStore>
-constexpr KernelTable<Decode> kDecode24{{&Decode24Baseline, &Decode24Avx2<kStore>, &Decode24Avx2<kStore>}};
-constexpr KernelTable<void (*)(const unsigned char*, float*, float*, std::size_t) noexcept> kSplit16{
-    {&Split16Baseline, &Split16Avx2, &Split16Avx512}};
+constexpr KernelTable<Decode> kDecode24{{&Decode24Baseline, &Decode24Avx2<kStore>, &Decode24Avx512<kStore>}};
 constexpr KernelTable<Encode> kEncode16{{&Encode16Baseline, &Encode16Avx2, &Encode16Avx512}};
 constexpr KernelTable<Encode> kEncode24{{&Encode24, &Encode24Avx2, &Encode24Avx2}};
 
@@ -387,8 +339,4 @@ void qxv::BytesFromSamples(int width, const float* samples, unsigned char* bytes
     default:
       std::memcpy(bytes, samples, count * sizeof(float));
   }
-}
-
-void qxv::SplitPairs16(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
-  kSplit16.Active()(bytes, first, second, count);
 }
