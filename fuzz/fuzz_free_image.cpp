@@ -2,10 +2,10 @@
 // Checksums of PNG chunks are mended after each change, so that changes get behind them.
 
 #include "fuzz/fuzz_input.h"
+#include "fuzz/mend_png.h"
 #include "image/free_image.h"
-#include "image/picture_files.h"
 
-#include <cstring>
+#include <algorithm>
 #include <string>
 
 extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t maxSize);
@@ -14,32 +14,11 @@ namespace {
 
 constexpr std::uint64_t kMostBytes = 1 << 22;  // a canvas; larger ones only cost time
 
-std::uint32_t Big32(const std::uint8_t* bytes) {
-  return std::uint32_t{bytes[0]} << 24 | std::uint32_t{bytes[1]} << 16 | std::uint32_t{bytes[2]} << 8 | bytes[3];
-}
-
-void MendPng(std::uint8_t* data, std::size_t size) {
-  for (std::size_t at = 8; size - at >= 12;) {
-    const std::size_t length = Big32(data + at);
-    if (length > size - at - 12) {
-      return;
-    }
-    const std::string checksum =
-        picture_files::Big(picture_files::PngChecksum(std::string(reinterpret_cast<const char*>(data + at + 4), 4 + length)), 4);
-    std::memcpy(data + at + 8 + length, checksum.data(), 4);
-    at += 12 + length;
-  }
-}
-
-bool IsPng(const std::uint8_t* data, std::size_t size) { return size >= 8 && std::memcmp(data, "\x89PNG\r\n\x1A\n", 8) == 0; }
-
 }  // namespace
 
 extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t maxSize, unsigned /*seed*/) {
   const std::size_t changed = LLVMFuzzerMutate(data, size, maxSize);
-  if (IsPng(data, changed)) {
-    MendPng(data, changed);
-  }
+  fuzz::MendPng(data, changed);
   return changed;
 }
 

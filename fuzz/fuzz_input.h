@@ -68,10 +68,10 @@ class Input {
 /// One file of this process, in memory where the system has such a folder.
 class ScratchFile {
  public:
-  explicit ScratchFile(const char* stem) {
+  explicit ScratchFile(const char* stem, const char* extension = "") {
     const std::filesystem::path folder =
         std::filesystem::exists("/dev/shm") ? std::filesystem::path("/dev/shm") : std::filesystem::temp_directory_path();
-    m_path = folder / ("qxv-fuzz-" + std::string(stem) + "-" + std::to_string(std::random_device()()));
+    m_path = folder / ("qxv-fuzz-" + std::string(stem) + "-" + std::to_string(std::random_device()()) + extension);
     m_name = m_path.u16string();
   }
   ScratchFile(const ScratchFile&) = delete;

@@ -43,8 +43,8 @@ inline constexpr int QXV_IMAGE_STATUS_NULL_PIXELS = static_cast<int>(0x89601B11)
 inline constexpr int QXV_IMAGE_STATUS_NOT_FOUND = static_cast<int>(0x89601A12);      ///< SetFile: not to be opened for reading
 inline constexpr int QXV_IMAGE_STATUS_UNSUPPORTED = static_cast<int>(0x89601A13);    ///< no such type for this operation
 inline constexpr int QXV_IMAGE_STATUS_CANNOT_CREATE = static_cast<int>(0x89601A14);  ///< the file to be written
-inline constexpr int QXV_IMAGE_STATUS_CANNOT_READ = static_cast<int>(0x89601A15);  ///< the file is gone, or cut while it is read
-inline constexpr int QXV_IMAGE_STATUS_BAD_DATA = static_cast<int>(0x89601A16);     ///< damaged, or without pixels to convert
+inline constexpr int QXV_IMAGE_STATUS_CANNOT_READ = static_cast<int>(0x89601A15);    ///< gone, or its length changes meanwhile
+inline constexpr int QXV_IMAGE_STATUS_BAD_DATA = static_cast<int>(0x89601A16);       ///< damaged, or without pixels to convert
 inline constexpr int QXV_IMAGE_STATUS_NO_PIXEL_SIZE = static_cast<int>(0x89601A17);  ///< a layout that is not known here
 /// FreeImage or the JPEG codec library refused.
 inline constexpr int QXV_IMAGE_STATUS_FOREIGN = -1;

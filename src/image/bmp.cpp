@@ -24,16 +24,18 @@ constexpr std::size_t kInfoHeader = 3 * 4 + 2 * 2 + 6 * 4;
 constexpr std::size_t kHeader = kFileHeader + kInfoHeader;
 constexpr unsigned kBytesPerColour = 3;
 constexpr unsigned kBytesPerPaletteEntry = 4;
+constexpr unsigned kBitsWritten = 24;  // a pixel
+
+using Colour = std::array<unsigned char, kBytesPerColour>;  // B G R
+using Palette = std::array<Colour, 256>;
 
 struct Header {
   std::uint32_t pixelOffset = 0;
   std::int32_t width = 0;
   std::int32_t height = 0;
   std::uint8_t bitsPerPixel = 0;
+  Palette palette;  // up to 8 bits a pixel
 };
-
-using Colour = std::array<unsigned char, kBytesPerColour>;  // B G R
-using Palette = std::array<Colour, 256>;
 
 std::size_t PaletteEntries(unsigned bitsPerPixel) noexcept {
   return bitsPerPixel == 1 || bitsPerPixel == 4 || bitsPerPixel == 8 ? std::size_t{1} << bitsPerPixel : 0;
@@ -53,7 +55,7 @@ bool ReadPalette(FileReader& file, std::size_t entries, Palette& palette) noexce
   return !in.Failed();
 }
 
-Status ReadHeader(FileReader& file, Header& header, Palette& palette) noexcept {
+Status ReadHeader(FileReader& file, Header& header) noexcept {
   ByteReader in(file.Take(kHeader));
   const std::uint16_t signature = in.U16();                   // 0
   in.Skip(4 + 4);                                             // 2: file size, reserved
@@ -68,7 +70,7 @@ Status ReadHeader(FileReader& file, Header& header, Palette& palette) noexcept {
     return kStatusImageBadData;
   }
   const bool reached = header.pixelOffset <= static_cast<std::uint32_t>(std::numeric_limits<std::int32_t>::max());
-  return ReadPalette(file, PaletteEntries(header.bitsPerPixel), palette) && reached ? kStatusOk : kStatusImageBadData;
+  return ReadPalette(file, PaletteEntries(header.bitsPerPixel), header.palette) && reached ? kStatusOk : kStatusImageBadData;
 }
 
 std::uint32_t LayoutOf(const Header& header) noexcept {
@@ -76,9 +78,10 @@ std::uint32_t LayoutOf(const Header& header) noexcept {
   return isBgr ? kLayoutBgr : kLayoutBgra;
 }
 
-RowShape RowsOf(const Header& header) noexcept {
-  const std::size_t rowBytes = (static_cast<std::size_t>(header.width) * header.bitsPerPixel + 7) / 8;
-  return {rowBytes, static_cast<std::size_t>(header.height), RowOrder::BottomUp, (4 - rowBytes % 4) % 4};
+template <class Sides>
+RowShape RowsOf(const Sides& sides, unsigned bitsPerPixel) noexcept {
+  const std::size_t rowBytes = (static_cast<std::size_t>(sides.width) * bitsPerPixel + 7) / 8;
+  return {rowBytes, static_cast<std::size_t>(sides.height), RowOrder::BottomUp, (4 - rowBytes % 4) % 4};
 }
 
 template <unsigned kBits>
@@ -104,7 +107,7 @@ DecodeIndicesFunction IndexDecoder(unsigned bitsPerPixel) noexcept {
   }
 }
 
-bool DecodeIndexedRow(FileReader& in, const Header& header, const Palette& palette, unsigned char* out) noexcept {
+bool DecodeIndexedRow(FileReader& in, const Header& header, unsigned char* out) noexcept {
   const auto decode = IndexDecoder(header.bitsPerPixel);
   const std::size_t pixelsPerByte = 8u / header.bitsPerPixel;
   for (auto left = static_cast<std::size_t>(header.width); left > 0;) {
@@ -113,7 +116,7 @@ bool DecodeIndexedRow(FileReader& in, const Header& header, const Palette& palet
       return false;
     }
     const std::size_t pixels = std::min(bytes.size() * pixelsPerByte, left);
-    decode(bytes.data(), pixels, palette, out);
+    decode(bytes.data(), pixels, header.palette, out);
     in.Skip((pixels + pixelsPerByte - 1) / pixelsPerByte);
     out += pixels * kBytesPerColour;
     left -= pixels;
@@ -121,11 +124,11 @@ bool DecodeIndexedRow(FileReader& in, const Header& header, const Palette& palet
   return true;
 }
 
-bool DecodeIndexedRows(FileReader& in, const Header& header, const Palette& palette, unsigned char* pixels) noexcept {
-  const RowShape rows = RowsOf(header);
+bool DecodeIndexedRows(FileReader& in, const Header& header, unsigned char* pixels) noexcept {
+  const RowShape rows = RowsOf(header, header.bitsPerPixel);
   const std::size_t rowInMemory = static_cast<std::size_t>(header.width) * kBytesPerColour;
   for (std::size_t n = 0; n < rows.height && rowInMemory > 0; ++n) {
-    if (!DecodeIndexedRow(in, header, palette, pixels + RowInMemory(n, rows.height, rows.order) * rowInMemory)) {
+    if (!DecodeIndexedRow(in, header, pixels + RowInMemory(n, rows.height, rows.order) * rowInMemory)) {
       return false;
     }
     (void)in.Take(rows.padding);  // the last row's may be missing
@@ -139,30 +142,32 @@ bool HasPixelReader(const Header& header) noexcept {
   return PaletteEntries(header.bitsPerPixel) != 0 || header.bitsPerPixel == 24 || header.bitsPerPixel == 32;
 }
 
-Status DecodeImage(FileReader& in, const Header& header, const Palette& palette, Picture& picture) {
+Status DecodeImage(FileReader& in, const Header& header, Picture& picture) {
   if (!HasPixelReader(header)) {
     return kStatusOk;
   }
   in.GoTo(header.pixelOffset);
-  const RowShape rows = RowsOf(header);
+  const RowShape rows = RowsOf(header, header.bitsPerPixel);
   if (BytesOfRows(rows) > in.Left()) {
     return kStatusImageBadData;
   }
   const unsigned bytesPerPixel = header.bitsPerPixel == 32 ? 4 : kBytesPerColour;
   picture.pixels.reset(new unsigned char[PixelBytes(header.width, header.height, bytesPerPixel)]);
-  const bool whole = PaletteEntries(header.bitsPerPixel) != 0 ? DecodeIndexedRows(in, header, palette, picture.pixels.get())
+  const bool whole = PaletteEntries(header.bitsPerPixel) != 0 ? DecodeIndexedRows(in, header, picture.pixels.get())
                                                               : ReadRows(in, rows, picture.pixels.get());
   return whole ? kStatusOk : kStatusImageBadData;
 }
 
 // KEPT: the two size fields add the padding to the width in pixels and multiply by 3, so they exceed the true sizes by twice the
 //   padding of all rows. Pinned by BmpKept.SizeFieldsCountThePaddingAsPixels.
-std::uint32_t StatedImageBytes(const PictureView& picture, std::size_t padding) noexcept {
+std::uint32_t StatedImageBytes(const PictureView& picture) noexcept {
+  const std::size_t padding = RowsOf(picture, kBitsWritten).padding;
   return (static_cast<std::uint32_t>(picture.width) + static_cast<std::uint32_t>(padding)) *
          static_cast<std::uint32_t>(picture.height) * kBytesPerColour;
 }
 
-void WriteHeader(FileWriter& file, const PictureView& picture, std::uint32_t imageBytes) {
+void WriteHeader(FileWriter& file, const PictureView& picture) {
+  const std::uint32_t imageBytes = StatedImageBytes(picture);
   std::vector<unsigned char> bytes;
   ByteWriter out(bytes);
   out.U16(kSignature);                           // 0
@@ -173,48 +178,30 @@ void WriteHeader(FileWriter& file, const PictureView& picture, std::uint32_t ima
   out.I32(picture.width);                        // 18
   out.I32(picture.height);                       // 22: positive, rows bottom-up
   out.U16(1);                                    // 26: planes
-  out.U16(24);                                   // 28: bits a pixel
+  out.U16(kBitsWritten);                         // 28: bits a pixel
   out.U32(0);                                    // 30: not compressed
   out.U32(imageBytes);                           // 34
   out.Zeros(4 * 4);                              // 38: resolutions, colours used, important colours
   file.Write(bytes);
 }
 
+void WriteImage(FileWriter& out, const PictureView& picture) {
+  WriteRows(out, RowsOf(picture, kBitsWritten), picture.pixels.data());
+}
+
 }  // namespace
 
 Status CQXVBmp::Read(const QXChar* name, ReadExtent extent) {
-  FileReader in;
-  if (in.Open(name) != os::kErrorNone) {
-    return kStatusImageCannotRead;
-  }
   Header header;
-  Palette palette;
-  if (const Status status = ReadHeader(in, header, palette); status != kStatusOk) {
-    return status;
+  const Status status = ReadPicture(name, extent, header, &ReadHeader, &DecodeImage);
+  if (status == kStatusOk) {
+    m_layout = LayoutOf(header);
   }
-  Picture picture{header.width, header.height};
-  if (extent == ReadExtent::Pixels) {
-    if (const Status status = DecodeImage(in, header, palette, picture); status != kStatusOk) {
-      return status;
-    }
-  }
-  m_layout = LayoutOf(header);
-  Commit(std::move(picture));
-  return kStatusOk;
+  return status;
 }
 
 Status CQXVBmp::Write(const QXChar* name, const PictureView& picture) const {
-  if (const Status status = CheckPicture(picture, kBytesPerColour); status != kStatusOk) {
-    return status;
-  }
-  FileWriter out;
-  if (out.Open(name) != os::kErrorNone) {
-    return kStatusImageCannotCreate;
-  }
-  const RowShape rows = RowsOf({kHeader, picture.width, picture.height, 24});
-  WriteHeader(out, picture, StatedImageBytes(picture, rows.padding));
-  WriteRows(out, rows, picture.pixels.data());
-  return kStatusOk;
+  return WritePicture(name, picture, kBytesPerColour, &WriteHeader, &WriteImage);
 }
 
 }  // namespace qxv

@@ -100,15 +100,6 @@ std::uint32_t NativeLayout(FIBITMAP* bitmap) noexcept {
   return FreeImage_GetBPP(bitmap) == 32 || FreeImage_IsTransparent(bitmap) ? kLayoutBgra : kLayoutBgr;
 }
 
-// A bitmap with the pixels of the layout: the one given, or converted then. Null where there is no way.
-FIBITMAP* Convert(FIBITMAP* bitmap, std::uint32_t layout, Owned<FIBITMAP>& converted) noexcept {
-  if (IsStandard(bitmap, layout == kLayoutBgra ? 32 : 24)) {
-    return bitmap;
-  }
-  converted.reset(layout == kLayoutBgra ? FreeImage_ConvertTo32Bits(bitmap) : FreeImage_ConvertTo24Bits(bitmap));
-  return converted.get();
-}
-
 // The numbers of a page of a GIF. FreeImage's own text of them goes through one buffer for all threads.
 std::optional<std::int32_t> AnimationNumber(FIBITMAP* page, const char* key) noexcept {
   FITAG* tag = nullptr;
@@ -150,9 +141,10 @@ class CQXVFreeImage::File {
       whole.reset(new unsigned char[static_cast<std::size_t>(kReadWhole)]);
     }
     const std::span bytes(whole.get(), static_cast<std::size_t>(m_reader.Length()));
-    if (!m_reader.Read(bytes)) {
+    if (!m_reader.Read(bytes) || m_reader.HasGrown()) {
       return kStatusImageCannotRead;
     }
+    m_reader = FileReader();  // a file that is in memory may be replaced
     MemorySource memory(bytes);
     return Decode(memory, bytes.data());
   }
@@ -170,6 +162,16 @@ class CQXVFreeImage::File {
 
   /// Null when it cannot be decoded.
   [[nodiscard]] FIBITMAP* Frame(std::uint32_t index) { return m_animation ? LockPage(static_cast<int>(index)) : m_still.get(); }
+
+  /// A bitmap with the pixels of the layout: the one given, or one that stands until it is dropped. Null where there is no way.
+  [[nodiscard]] FIBITMAP* Convert(FIBITMAP* bitmap, std::uint32_t layout) noexcept {
+    if (IsStandard(bitmap, layout == kLayoutBgra ? 32 : 24)) {
+      return bitmap;
+    }
+    m_converted.reset(layout == kLayoutBgra ? FreeImage_ConvertTo32Bits(bitmap) : FreeImage_ConvertTo24Bits(bitmap));
+    return m_converted.get();
+  }
+  void DropConverted() noexcept { m_converted.reset(); }
 
  private:
   FIBITMAP* FirstFrame() const noexcept { return m_animation ? m_page : m_still.get(); }
@@ -233,6 +235,7 @@ class CQXVFreeImage::File {
   FIBITMAP* m_page = nullptr;
   int m_pageIndex = 0;
   Owned<FIBITMAP> m_still;
+  Owned<FIBITMAP> m_converted;
 };
 
 CQXVFreeImage::CQXVFreeImage() noexcept = default;
@@ -257,28 +260,41 @@ void CQXVFreeImage::Close() noexcept {
   m_facts = {};
 }
 
-Status CQXVFreeImage::Frame(std::uint32_t index, std::uint32_t layout, Picture& picture) {
+Status CQXVFreeImage::Borrow(std::uint32_t index, std::uint32_t layout, ForeignFrame& frame) {
   if (index >= m_facts.frameCount) {
     return kStatusImageBadArgument;
   }
+  m_file->DropConverted();
   const std::uint32_t wanted = layout == kLayoutBgr || layout == kLayoutBgra ? layout : m_facts.layout;
-  Owned<FIBITMAP> converted;
-  FIBITMAP* frame = m_file->Frame(index);
-  FIBITMAP* pixels = frame == nullptr ? nullptr : Convert(frame, wanted, converted);
+  FIBITMAP* bitmap = m_file->Frame(index);
+  FIBITMAP* pixels = bitmap == nullptr ? nullptr : m_file->Convert(bitmap, wanted);
   if (pixels == nullptr) {
     Close();
     return kStatusImageForeign;
   }
-  const unsigned bytesPerPixel = wanted == kLayoutBgra ? 4 : 3;
-  const FrameView view{FreeImage_GetBits(pixels), FreeImage_GetPitch(pixels), FreeImage_GetWidth(pixels),
-                       FreeImage_GetHeight(pixels)};
-  const FramePlace place{AnimationNumber(frame, "FrameLeft").value_or(0), AnimationNumber(frame, "FrameTop").value_or(0)};
+  frame.view = {FreeImage_GetBits(pixels), FreeImage_GetPitch(pixels), FreeImage_GetWidth(pixels), FreeImage_GetHeight(pixels)};
+  frame.place = {AnimationNumber(bitmap, "FrameLeft").value_or(0), AnimationNumber(bitmap, "FrameTop").value_or(0)};
+  frame.layout = wanted;
+  return kStatusOk;
+}
+
+Picture CQXVFreeImage::Placed(const ForeignFrame& frame) const {
+  const unsigned bytesPerPixel = frame.layout == kLayoutBgra ? 4 : 3;
   Picture placed{m_facts.width, m_facts.height, nullptr};
   placed.pixels.reset(new unsigned char[static_cast<std::size_t>(PixelBytes(placed.width, placed.height, bytesPerPixel))]);
-  PlaceFrame(view, place, static_cast<std::size_t>(placed.width), static_cast<std::size_t>(placed.height), bytesPerPixel,
-             placed.pixels.get());
-  picture = std::move(placed);
-  return kStatusOk;
+  PlaceFrame(frame.view, frame.place, static_cast<std::size_t>(placed.width), static_cast<std::size_t>(placed.height),
+             bytesPerPixel, placed.pixels.get());
+  return placed;
+}
+
+Status CQXVFreeImage::Frame(std::uint32_t index, std::uint32_t layout, Picture& picture) {
+  ForeignFrame frame;
+  const Status status = Borrow(index, layout, frame);
+  if (status == kStatusOk) {
+    picture = Placed(frame);
+    m_file->DropConverted();
+  }
+  return status;
 }
 
 }  // namespace qxv

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "foundation/status.h"
+#include "image/frame_copy.h"
 #include "image/layout_codes.h"
 #include "image/picture_codec.h"
 #include "qxv/types.h"
@@ -15,6 +16,13 @@ namespace qxv {
 /// Files of at most so many bytes are read whole and decoded from memory; longer ones stay open and are decoded piece by piece.
 inline constexpr std::uint64_t kReadWhole = 2 * 1024 * 1024;
 
+/// A frame where FreeImage has it, in the layout that was asked for, or in the native one.
+struct ForeignFrame {
+  FrameView view{};
+  FramePlace place{};
+  std::uint32_t layout = 0;
+};
+
 /// One file at a time; what it holds decides, not the extension of its name. Stills have one frame. The frames of a GIF are
 /// placed on a canvas of the size of the first one, each alone: what earlier frames drew is not under it. An object is used by
 /// one thread at a time; objects share nothing.
@@ -26,7 +34,7 @@ class CQXVFreeImage {
   ~CQXVFreeImage();
 
   /// Closes what was open, then opens a file and decodes its first frame, so that the sizes below are known.
-  /// 0x89601A15 for a file that shrinks while it is read, and
+  /// 0x89601A15 for a short file that shrinks or grows while it is read, and
   /// -1 for one that cannot be opened, holds no PNG, TIFF or GIF picture, is damaged or larger than image_probe.h allows, and for
   /// a name that the ANSI code page cannot write in at most 2,047 bytes. Then nothing is open.
   [[nodiscard]] Status Open(const QXChar* name);
@@ -47,6 +55,10 @@ class CQXVFreeImage {
   /// 0x89601A11 for a frame that is not there; -1 for one that cannot be decoded or converted (16-bit grey and floating samples):
   /// then the file is closed. The picture changes only with 0.
   [[nodiscard]] Status Frame(std::uint32_t index, std::uint32_t layout, Picture& picture);
+
+  /// The same without a copy, not placed on the canvas. The pixels stand until the object is asked for anything else.
+  [[nodiscard]] Status Borrow(std::uint32_t index, std::uint32_t layout, ForeignFrame& frame);
+  [[nodiscard]] Picture Placed(const ForeignFrame& frame) const;
 
  private:
   class File;

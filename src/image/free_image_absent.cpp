@@ -16,4 +16,10 @@ Status CQXVFreeImage::Frame(std::uint32_t /*index*/, std::uint32_t /*layout*/, P
   return kStatusImageBadArgument;
 }
 
+Status CQXVFreeImage::Borrow(std::uint32_t /*index*/, std::uint32_t /*layout*/, ForeignFrame& /*frame*/) {
+  return kStatusImageBadArgument;
+}
+
+Picture CQXVFreeImage::Placed(const ForeignFrame& /*frame*/) const { return {}; }
+
 }  // namespace qxv

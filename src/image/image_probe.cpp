@@ -28,7 +28,7 @@ std::uint32_t BigEndian32(const unsigned char* bytes) noexcept {
 }
 
 bool MayDecodePng(ByteSource& source) noexcept {
-  std::array<unsigned char, kPngHeader> header;
+  std::array<unsigned char, kPngHeader> header{};
   return source.ReadAt(0, header) && StartsWith(std::span(header).subspan(8), std::string_view("\0\0\0\x0DIHDR", 8)) &&
          IsDecodableSize(BigEndian32(&header[16]), BigEndian32(&header[20]));
 }
@@ -127,7 +127,7 @@ void BytePatch::Apply(std::uint64_t place, std::span<unsigned char> read) const 
 }
 
 PictureKind KindOfPicture(ByteSource& source) noexcept {
-  std::array<unsigned char, kSignature> bytes;
+  std::array<unsigned char, kSignature> bytes{};
   if (!source.ReadAt(0, bytes)) {
     return PictureKind::Other;
   }

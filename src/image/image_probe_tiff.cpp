@@ -82,7 +82,8 @@ bool HasSamples(const Directory& directory, const Fields& fields) noexcept {
   return hasChannels && fields.samples <= 4 && IsSameForAll(directory, kBits, fields.samples) &&
          IsOneOf(fields.bits, {1, 2, 4, 8, 16, 32}) && (fields.samples == 1 || fields.bits == 8 || fields.bits == 16) &&
          IsSameForAll(directory, kSampleFormat, fields.samples) && IsOneOf(directory.Value(kSampleFormat, 1), {1, 2, 3}) &&
-         (extra == nullptr || directory.All(*extra, [](std::uint32_t value) { return value <= 2; }));
+         (extra == nullptr || directory.All(*extra, [](std::uint32_t value) { return value <= 2; })) &&
+         (fields.bits != 8 || directory.TellsSamples());  // else FreeImage takes pixels for alpha, and one behind the last
 }
 
 bool HasPalette(const Directory& directory, const Fields& fields) noexcept {
@@ -180,7 +181,7 @@ bool IsSound(const Directory& directory) noexcept {
 }  // namespace
 
 bool MayDecodeTiff(ByteSource& source, BytePatch& patch) {
-  std::array<unsigned char, kHeader> header;
+  std::array<unsigned char, kHeader> header{};
   if (!source.ReadAt(0, header)) {
     return false;
   }

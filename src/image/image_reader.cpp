@@ -43,11 +43,12 @@ void FillInfo(ImageType type, const Source& source, QXVImageInfo& info) noexcept
 
 constexpr std::uint32_t kNativeLayout = 0;  // to CQXVFreeImage: the layout that the file has
 
+bool IsForeignStill(ImageType type) noexcept { return type == ImageType::Tif || type == ImageType::Png; }
+
 // Of a file that is open.
-Status DecodeForeign(qxv::CQXVFreeImage& file, std::uint32_t index, std::uint32_t wantedLayout, NativeFrame& frame) {
-  const bool wanted = wantedLayout == qxv::kLayoutBgr || wantedLayout == qxv::kLayoutBgra;
-  frame.layout = wanted ? wantedLayout : file.Layout();
-  return file.Frame(index, wantedLayout, frame.picture);
+Status DecodeForeign(qxv::CQXVFreeImage& file, std::uint32_t index, NativeFrame& frame) {
+  frame.layout = file.Layout();
+  return file.Frame(index, kNativeLayout, frame.picture);
 }
 
 // KEPT: a frame has room for four bytes a pixel in every layout; what the pixels do not take of it is zeros. Callers count on the
@@ -68,27 +69,52 @@ bool IsSame(const FrameShape& a, const FrameShape& b) noexcept {
   return a.layout == b.layout && a.width == b.width && a.height == b.height && a.padding == b.padding;
 }
 
-// The buffer that the caller receives.
+// The buffer that the caller receives. Fill(buffer, bytes) writes all bytes of the pixels and the padding.
+template <class Fill>
+Status MakeOutput(const FrameShape& output, std::unique_ptr<unsigned char[]>& result, const Fill& fill) {
+  auto made = qxv::NewFrame(output, kRoomPerPixel);
+  const auto room = static_cast<std::size_t>(qxv::FrameBytes(output, kRoomPerPixel));
+  const auto bytes = static_cast<std::size_t>(qxv::FrameBytes(output, BytesPerPixelOf(output.layout)));
+  const Status status = fill(made.get(), bytes);
+  if (status == kStatusOk) {
+    std::memset(made.get() + bytes, 0, room - bytes);
+    result = std::move(made);
+  }
+  return status;
+}
+
 Status ToOutput(NativeFrame&& frame, const FrameShape& output, std::unique_ptr<unsigned char[]>& result) {
   const FrameShape native = ShapeOf(frame);
   const bool unchanged = frame.picture.pixels != nullptr && IsSame(native, output);
-  const unsigned bytesPerPixel = BytesPerPixelOf(output.layout);
-  if (unchanged && bytesPerPixel == kRoomPerPixel) {
+  if (unchanged && BytesPerPixelOf(output.layout) == kRoomPerPixel) {
     result = std::move(frame.picture.pixels);
     return kStatusOk;
   }
-  auto made = qxv::NewFrame(output, kRoomPerPixel);
-  const auto room = static_cast<std::size_t>(qxv::FrameBytes(output, kRoomPerPixel));
-  const auto bytes = static_cast<std::size_t>(qxv::FrameBytes(output, bytesPerPixel));
-  if (unchanged) {
-    std::memcpy(made.get(), frame.picture.pixels.get(), bytes);
-  } else if (const Status status = qxv::ConvertFrame(native, frame.picture.pixels.get(), output, made.get());
-             status != kStatusOk) {
+  return MakeOutput(output, result, [&](unsigned char* made, std::size_t bytes) {
+    if (unchanged) {
+      std::memcpy(made, frame.picture.pixels.get(), bytes);
+      return kStatusOk;
+    }
+    return qxv::ConvertFrame(native, frame.picture.pixels.get(), output, made);
+  });
+}
+
+// Straight out of FreeImage's memory where the frame is the canvas.
+Status ForeignToOutput(qxv::CQXVFreeImage& file, std::uint32_t index, std::uint32_t wantedLayout, const FrameShape& output,
+                       std::unique_ptr<unsigned char[]>& result) {
+  qxv::ForeignFrame frame;
+  if (const Status status = file.Borrow(index, wantedLayout, frame); status != kStatusOk) {
     return status;
   }
-  std::memset(made.get() + bytes, 0, room - bytes);
-  result = std::move(made);
-  return kStatusOk;
+  const qxv::FrameView& view = frame.view;
+  if (frame.place.left != 0 || frame.place.top != 0 || view.width != file.Width() || view.height != file.Height()) {
+    return ToOutput({file.Placed(frame), frame.layout}, output, result);
+  }
+  const auto pitch = static_cast<std::ptrdiff_t>(view.pitch);
+  const qxv::SourceRows rows{view.bottomRow + pitch * (view.height - 1), -pitch};
+  return MakeOutput(output, result, [&](unsigned char* made, std::size_t) {
+    return qxv::ConvertFrame({frame.layout, file.Width(), file.Height(), 0 /*padding*/}, rows, output, made);
+  });
 }
 
 }  // namespace
@@ -139,7 +165,7 @@ int CQXImageReader::GetImageInfoEx(QXVImageInfo* pInfo) {
     }
     return Answer(status);
   }
-  if (type == ImageType::Tif || type == ImageType::Png) {
+  if (IsForeignStill(type)) {
     qxv::CQXVFreeImage file;
     const Status status = file.Open(m_file);
     if (status == kStatusOk) {
@@ -162,12 +188,11 @@ int CQXImageReader::GetImageInfo(QXVImageInfo* pInfo) {
   return answer;
 }
 
-// Only the frames of a GIF can be had in another layout than the file's own.
-Status CQXImageReader::DecodeFrame(std::uint32_t index, std::uint32_t wantedLayout, NativeFrame& frame) {
+Status CQXImageReader::DecodeFrame(std::uint32_t index, NativeFrame& frame) {
   const ImageType type = qxv::TypeOfFile(m_file);
   if (type == ImageType::Gif) {
     const Status status = OpenAnimation();
-    return status == kStatusOk ? DecodeForeign(*m_animation, index, wantedLayout, frame) : status;
+    return status == kStatusOk ? DecodeForeign(*m_animation, index, frame) : status;
   }
   if (index != 0) {
     return qxv::kStatusImageBadArgument;
@@ -179,10 +204,10 @@ Status CQXImageReader::DecodeFrame(std::uint32_t index, std::uint32_t wantedLayo
     }
     return status;
   }
-  if (type == ImageType::Tif || type == ImageType::Png) {
+  if (IsForeignStill(type)) {
     qxv::CQXVFreeImage file;
     const Status status = file.Open(m_file);
-    return status == kStatusOk ? DecodeForeign(file, index, kNativeLayout, frame) : status;
+    return status == kStatusOk ? DecodeForeign(file, index, frame) : status;
   }
   return qxv::kStatusImageUnsupported;
 }
@@ -194,7 +219,7 @@ int CQXImageReader::ReadRawFrame(int nFrame, void** ppData) {
     return Answer(qxv::kStatusImageBadArgument);
   }
   NativeFrame frame;
-  const Status status = DecodeFrame(static_cast<std::uint32_t>(nFrame), kNativeLayout, frame);
+  const Status status = DecodeFrame(static_cast<std::uint32_t>(nFrame), frame);
   if (status == kStatusOk) {
     *ppData = frame.picture.pixels.release();
   }
@@ -209,16 +234,30 @@ int CQXImageReader::SetOutputLayout(const QXVPixelLayout* pLayout) {
   return Answer(kStatusOk);
 }
 
+// Only the frames of a GIF can be had in another layout than the file's own.
+Status CQXImageReader::ConvertedFrame(std::uint32_t index, std::unique_ptr<unsigned char[]>& result) {
+  const FrameShape output{m_output.nPixelLayout, m_output.nWidth, m_output.nHeight, m_output.nPadding};
+  const ImageType type = qxv::TypeOfFile(m_file);
+  if (type == ImageType::Gif) {
+    const Status status = OpenAnimation();
+    return status == kStatusOk ? ForeignToOutput(*m_animation, index, output.layout, output, result) : status;
+  }
+  if (IsForeignStill(type) && index == 0) {
+    qxv::CQXVFreeImage file;
+    const Status status = file.Open(m_file);
+    return status == kStatusOk ? ForeignToOutput(file, index, kNativeLayout, output, result) : status;
+  }
+  NativeFrame frame;
+  const Status status = DecodeFrame(index, frame);
+  return status == kStatusOk ? ToOutput(std::move(frame), output, result) : status;
+}
+
 int CQXImageReader::ReadFrame(unsigned int nFrame, unsigned char** ppData) {
   if (ppData == nullptr) {
     return Answer(qxv::kStatusImageBadArgument);
   }
-  NativeFrame frame;
-  Status status = DecodeFrame(nFrame, m_output.nPixelLayout, frame);
   std::unique_ptr<unsigned char[]> result;
-  if (status == kStatusOk) {
-    status = ToOutput(std::move(frame), {m_output.nPixelLayout, m_output.nWidth, m_output.nHeight, m_output.nPadding}, result);
-  }
+  const Status status = ConvertedFrame(nFrame, result);
   if (status == kStatusOk) {
     *ppData = result.release();
   }

@@ -32,7 +32,8 @@ class CQXImageReader final : public CQXVImageReader {
 
  private:
   qxv::Status OpenAnimation();
-  qxv::Status DecodeFrame(std::uint32_t index, std::uint32_t wantedLayout, qxv::NativeFrame& frame);
+  qxv::Status DecodeFrame(std::uint32_t index, qxv::NativeFrame& frame);
+  qxv::Status ConvertedFrame(std::uint32_t index, std::unique_ptr<unsigned char[]>& result);
 
   CQXString m_file;
   QXVPixelLayout m_output{};

@@ -20,7 +20,7 @@ using qxv::Status;
 // The signed numbers of the interface.
 int Answer(Status status) noexcept { return static_cast<int>(status); }
 
-constexpr std::size_t kMostSlotBytes = std::numeric_limits<std::int32_t>::max();
+constexpr std::size_t kMostBytes = std::numeric_limits<std::int32_t>::max();  // of the slots, and of a frame that is given
 
 }  // namespace
 
@@ -33,7 +33,7 @@ int CQXImageWriter::Create(const CQXString& strFile, const QXVImageInfo* pInfo) 
     return Answer(qxv::kStatusImageBadArgument);
   }
   const auto count = static_cast<std::size_t>(pInfo->nFrames);
-  if (count > kMostSlotBytes / sizeof(Frame)) {
+  if (count > kMostBytes / sizeof(Frame)) {
     throw std::bad_alloc();
   }
   std::vector<Frame> frames(count);
@@ -80,6 +80,10 @@ int CQXImageWriter::WriteFrame(int nFrame, const unsigned char* pData) {
     return Answer(qxv::kStatusImageBadArgument);
   }
   Frame frame = qxv::NewFrame(m_target, qxv::LayoutBytes(m_target.layout));
+  const bool hasConverter = qxv::ToWorking(m_input.layout) != nullptr;
+  if (hasConverter && qxv::FrameBytes(m_input, qxv::LayoutBytes(m_input.layout)) > kMostBytes) {
+    throw std::bad_alloc();
+  }
   const Status status = qxv::ConvertFrame(m_input, pData, m_target, frame.get());
   return Answer(status == kStatusOk ? Keep(nFrame, std::move(frame)) : status);
 }

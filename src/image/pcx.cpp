@@ -10,7 +10,6 @@
 #include "streams/byte_writer.h"
 #include "streams/file_pieces.h"
 
-#include <algorithm>
 #include <array>
 #include <cstring>
 #include <vector>
@@ -256,35 +255,12 @@ void WriteImage(FileWriter& out, const PictureView& picture) {
 }  // namespace
 
 Status CQXVPcx::Read(const QXChar* name, ReadExtent extent) {
-  FileReader in;
-  if (in.Open(name) != os::kErrorNone) {
-    return kStatusImageCannotRead;
-  }
   Header header;
-  if (const Status status = ReadHeader(in, header); status != kStatusOk) {
-    return status;
-  }
-  Picture picture{header.width, header.height};
-  if (extent == ReadExtent::Pixels) {
-    if (const Status status = DecodeImage(in, header, picture); status != kStatusOk) {
-      return status;
-    }
-  }
-  Commit(std::move(picture));
-  return kStatusOk;
+  return ReadPicture(name, extent, header, &ReadHeader, &DecodeImage);
 }
 
 Status CQXVPcx::Write(const QXChar* name, const PictureView& picture) const {
-  if (const Status status = CheckPicture(picture, kBytesPerPixel); status != kStatusOk) {
-    return status;
-  }
-  FileWriter out;
-  if (out.Open(name) != os::kErrorNone) {
-    return kStatusImageCannotCreate;
-  }
-  WriteHeader(out, picture);
-  WriteImage(out, picture);
-  return kStatusOk;
+  return WritePicture(name, picture, kBytesPerPixel, &WriteHeader, &WriteImage);
 }
 
 }  // namespace qxv

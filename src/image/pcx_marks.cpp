@@ -61,15 +61,9 @@ QXV_TARGET_AVX2 void MarkEqualAvx2(const unsigned char* values, std::size_t bloc
   }
 }
 
-QXV_TARGET_AVX512 void MarkEqualAvx512(const unsigned char* values, std::size_t blocks, std::uint64_t* equal) noexcept {
-  for (; blocks > 0; --blocks, ++equal, values += kPcxBlock) {
-    *equal = _mm512_cmpeq_epu8_mask(_mm512_loadu_si512(values), _mm512_loadu_si512(values + 1));
-  }
-}
-
 using Mark = void (*)(const unsigned char*, std::size_t, std::uint64_t*) noexcept;
 constexpr os::KernelTable<Mark> kMarkRuns{{&MarkRunsBaseline, &MarkRunsAvx2, &MarkRunsAvx512}};
-constexpr os::KernelTable<Mark> kMarkEqual{{&MarkEqualBaseline, &MarkEqualAvx2, &MarkEqualAvx512}};
+constexpr os::KernelTable<Mark> kMarkEqual{{&MarkEqualBaseline, &MarkEqualAvx2, &MarkEqualAvx2}};
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 
 #include "foundation/status.h"
 #include "qxv/types.h"
+#include "streams/file_pieces.h"
 
 #include <cstdint>
 #include <limits>
@@ -67,6 +68,45 @@ class PictureCodec {
   PictureCodec(std::int32_t width, std::int32_t height) noexcept : m_picture{width, height} {}
 
   void Commit(Picture&& picture) noexcept { m_picture = std::move(picture); }
+
+  /// Every Read of a codec of our own: opens the file, takes the header apart and, if asked for, makes the pixels.
+  /// @param header  receives what readHeader found; its sides are width and height
+  template <class Header>
+  [[nodiscard]] Status ReadPicture(const QXChar* name, ReadExtent extent, Header& header,
+                                   Status (*readHeader)(FileReader&, Header&),
+                                   Status (*decodeImage)(FileReader&, const Header&, Picture&)) {
+    FileReader in;
+    if (in.Open(name) != os::kErrorNone) {
+      return kStatusImageCannotRead;
+    }
+    if (const Status status = readHeader(in, header); status != kStatusOk) {
+      return status;
+    }
+    Picture picture{header.width, header.height};
+    if (extent == ReadExtent::Pixels) {
+      if (const Status status = decodeImage(in, header, picture); status != kStatusOk) {
+        return status;
+      }
+    }
+    Commit(std::move(picture));
+    return kStatusOk;
+  }
+
+  /// Every Write of them.
+  using WritePart = void (*)(FileWriter&, const PictureView&);
+  [[nodiscard]] static Status WritePicture(const QXChar* name, const PictureView& picture, unsigned bytesPerPixel,
+                                           WritePart writeHeader, WritePart writeImage) {
+    if (const Status status = CheckPicture(picture, bytesPerPixel); status != kStatusOk) {
+      return status;
+    }
+    FileWriter out;
+    if (out.Open(name) != os::kErrorNone) {
+      return kStatusImageCannotCreate;
+    }
+    writeHeader(out, picture);
+    writeImage(out, picture);
+    return kStatusOk;
+  }
 
   /// The refusals that every Write begins with.
   static Status CheckPicture(const PictureView& picture, unsigned bytesPerPixel) noexcept {

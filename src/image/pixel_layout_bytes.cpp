@@ -43,15 +43,42 @@ void NarrowScalar(const unsigned char* in, std::size_t pixels, unsigned char* ou
   }
 }
 
+// Any two bytes of the lowest 16 bits and of the highest change places, then both halves do.
+QXV_ALWAYS_INLINE __m128i ReversedSse2(__m128i four) noexcept {
+  const __m128i swapped = _mm_or_si128(_mm_slli_epi16(four, 8), _mm_srli_epi16(four, 8));
+  return _mm_shufflehi_epi16(_mm_shufflelo_epi16(swapped, 0xB1), 0xB1);
+}
+
 void ReverseSse2(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
   std::size_t i = 0;
   for (; i + 4 <= pixels; i += 4) {
     const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 4 * i));
-    const __m128i swapped = _mm_or_si128(_mm_slli_epi16(four, 8), _mm_srli_epi16(four, 8));
-    const __m128i reversed = _mm_shufflehi_epi16(_mm_shufflelo_epi16(swapped, 0xB1), 0xB1);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4 * i), reversed);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4 * i), ReversedSse2(four));
   }
   ReverseScalar(in + 4 * i, pixels - i, out + 4 * i);
+}
+
+// Four pixels read 16 bytes of three a pixel, so two more pixels must be there.
+template <Order kOrder>
+void WidenSse2(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
+  const __m128i opaque = _mm_set1_epi32(0xFF);
+  std::size_t i = 0;
+  for (; i + 6 <= pixels; i += 4) {
+    const __m128i four = LoadThreesSse2(in + 3 * i);
+    const __m128i placed = kOrder == Order::Bgr ? ReversedSse2(four) : _mm_slli_epi32(four, 8);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4 * i), _mm_or_si128(placed, opaque));
+  }
+  WidenScalar<kOrder>(in + 3 * i, pixels - i, out + 4 * i);
+}
+
+template <Order kOrder>
+void NarrowSse2(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
+  std::size_t i = 0;
+  for (; i + 4 <= pixels; i += 4) {
+    const __m128i four = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in + 4 * i));
+    StoreThreesSse2(kOrder == Order::Bgr ? ReversedSse2(four) : _mm_srli_epi32(four, 8), out + 3 * i);
+  }
+  NarrowScalar<kOrder>(in + 4 * i, pixels - i, out + 3 * i);
 }
 
 template <std::size_t kBytes>
@@ -84,107 +111,116 @@ constexpr ByteOrder<16> MakeNarrow(Order order) noexcept {
   return all;
 }
 
-// Block 0, 1 or 2 of 64 bytes of narrow pixels, taken from two neighbours of four blocks, of which the first is block 0, 1 or 2.
-constexpr ByteOrder<64> MakeNarrowBlock(Order order, std::size_t block) noexcept {
-  ByteOrder<64> all{};
-  for (std::size_t i = 0; i < 64; ++i) {
-    all.from[i] = static_cast<unsigned char>(SourceOf(order, block * 64 + i) - block * 64);
-  }
-  return all;
-}
-
 constexpr ByteOrder<16> kReverse16 = MakeReverse<16>();
 template <Order kOrder>
 constexpr ByteOrder<16> kWiden16 = MakeWiden<16>(kOrder);
 template <Order kOrder>
-constexpr ByteOrder<64> kWiden64 = MakeWiden<64>(kOrder);
-template <Order kOrder>
 constexpr ByteOrder<16> kNarrow16 = MakeNarrow(kOrder);
-template <Order kOrder, std::size_t kBlock>
-constexpr ByteOrder<64> kNarrow64 = MakeNarrowBlock(kOrder, kBlock);
+
+QXV_INLINE_AVX2 void Reverse8(const unsigned char* in, unsigned char* out) noexcept {
+  const __m256i eight = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(in));
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), _mm256_shuffle_epi8(eight, LoadOrderAvx2(kReverse16)));
+}
 
 QXV_TARGET_AVX2 void ReverseAvx2(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
-  const __m256i order = LoadOrderAvx2(kReverse16);
-  std::size_t i = 0;
-  for (; i + 8 <= pixels; i += 8) {
-    const __m256i eight = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(in + 4 * i));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 4 * i), _mm256_shuffle_epi8(eight, order));
+  if (pixels < 8) {
+    return ReverseScalar(in, pixels, out);
   }
-  ReverseScalar(in + 4 * i, pixels - i, out + 4 * i);
+  Reverse8(in, out);
+  for (std::size_t i = PixelsToBlock<32, 4>(out); i + 8 <= pixels; i += 8) {
+    Reverse8(in + 4 * i, out + 4 * i);
+  }
+  Reverse8(in + 4 * (pixels - 8), out + 4 * (pixels - 8));
+}
+
+QXV_INLINE_AVX512 void Reverse16(const unsigned char* in, unsigned char* out) noexcept {
+  const __m512i order = _mm512_broadcast_i32x4(_mm_load_si128(reinterpret_cast<const __m128i*>(kReverse16.from.data())));
+  _mm512_storeu_si512(out, _mm512_shuffle_epi8(_mm512_loadu_si512(in), order));
 }
 
 QXV_TARGET_AVX512 void ReverseAvx512(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
-  const __m512i order = _mm512_broadcast_i32x4(_mm_load_si128(reinterpret_cast<const __m128i*>(kReverse16.from.data())));
-  std::size_t i = 0;
-  for (; i + 16 <= pixels; i += 16) {
-    _mm512_storeu_si512(out + 4 * i, _mm512_shuffle_epi8(_mm512_loadu_si512(in + 4 * i), order));
+  if (pixels < 16) {
+    return ReverseAvx2(in, pixels, out);
   }
-  ReverseScalar(in + 4 * i, pixels - i, out + 4 * i);
+  Reverse16(in, out);
+  for (std::size_t i = PixelsToBlock<64, 4>(out); i + 16 <= pixels; i += 16) {
+    Reverse16(in + 4 * i, out + 4 * i);
+  }
+  Reverse16(in + 4 * (pixels - 16), out + 4 * (pixels - 16));
 }
 
-// Eight pixels read or write 28 bytes of three a pixel, so two more pixels must be there.
+// The second half of the 24 bytes stands 4 bytes into its 16.
+template <Order kOrder>
+QXV_INLINE_AVX2 void Widen8(const unsigned char* in, unsigned char* out) noexcept {
+  const __m256i order =
+      _mm256_add_epi8(LoadOrderAvx2(kWiden16<kOrder>), _mm256_setr_epi64x(0, 0, 0x0404040404040404, 0x0404040404040404));
+  const __m256i eight = _mm256_shuffle_epi8(LoadHalves(in, in + 8), order);
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), _mm256_or_si256(eight, _mm256_set1_epi32(0xFF)));
+}
+
 template <Order kOrder>
 QXV_TARGET_AVX2 void WidenAvx2(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
-  const __m256i order = LoadOrderAvx2(kWiden16<kOrder>);
-  const __m256i opaque = _mm256_set1_epi32(0xFF);
-  std::size_t i = 0;
-  for (; i + 10 <= pixels; i += 8) {
-    const __m256i eight = _mm256_shuffle_epi8(LoadHalves(in + 3 * i, in + 3 * i + 12), order);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 4 * i), _mm256_or_si256(eight, opaque));
+  if (pixels < 8) {
+    return WidenScalar<kOrder>(in, pixels, out);
   }
-  WidenScalar<kOrder>(in + 3 * i, pixels - i, out + 4 * i);
+  Widen8<kOrder>(in, out);
+  for (std::size_t i = PixelsToBlock<32, 4>(out); i + 8 <= pixels; i += 8) {
+    Widen8<kOrder>(in + 3 * i, out + 4 * i);
+  }
+  Widen8<kOrder>(in + 3 * (pixels - 8), out + 4 * (pixels - 8));
+}
+
+template <Order kOrder>
+QXV_INLINE_AVX2 __m256i NarrowInHalves(const unsigned char* in) noexcept {
+  return _mm256_shuffle_epi8(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(in)), LoadOrderAvx2(kNarrow16<kOrder>));
+}
+
+// 24 bytes: the first 16, and the last 16.
+template <Order kOrder>
+QXV_INLINE_AVX2 void Narrow8(const unsigned char* in, unsigned char* out) noexcept {
+  const __m256i eight = _mm256_permutevar8x32_epi32(NarrowInHalves<kOrder>(in), _mm256_setr_epi32(0, 1, 2, 4, 2, 4, 5, 6));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm256_castsi256_si128(eight));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 8), _mm256_extracti128_si256(eight, 1));
+}
+
+// Four times 24 bytes as three times 32, each block turned so that its parts stand where they go.
+template <Order kOrder>
+QXV_INLINE_AVX2 void Narrow32(const unsigned char* in, unsigned char* out) noexcept {
+  const __m256i first = _mm256_permutevar8x32_epi32(NarrowInHalves<kOrder>(in), _mm256_setr_epi32(0, 1, 2, 4, 5, 6, 7, 7));
+  const __m256i second = _mm256_permutevar8x32_epi32(NarrowInHalves<kOrder>(in + 32), _mm256_setr_epi32(2, 4, 5, 6, 7, 7, 0, 1));
+  const __m256i third = _mm256_permutevar8x32_epi32(NarrowInHalves<kOrder>(in + 64), _mm256_setr_epi32(5, 6, 7, 7, 0, 1, 2, 4));
+  const __m256i fourth = _mm256_permutevar8x32_epi32(NarrowInHalves<kOrder>(in + 96), _mm256_setr_epi32(7, 7, 0, 1, 2, 4, 5, 6));
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), _mm256_blend_epi32(first, second, 0xC0));
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 32), _mm256_blend_epi32(second, third, 0xF0));
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 64), _mm256_blend_epi32(third, fourth, 0xFC));
 }
 
 template <Order kOrder>
 QXV_TARGET_AVX2 void NarrowAvx2(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
-  const __m256i order = LoadOrderAvx2(kNarrow16<kOrder>);
-  std::size_t i = 0;
-  for (; i + 10 <= pixels; i += 8) {
-    const __m256i eight = _mm256_shuffle_epi8(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(in + 4 * i)), order);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 3 * i), _mm256_castsi256_si128(eight));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 3 * i + 12), _mm256_extracti128_si256(eight, 1));
+  if (pixels < 8) {
+    return NarrowScalar<kOrder>(in, pixels, out);
   }
-  NarrowScalar<kOrder>(in + 4 * i, pixels - i, out + 3 * i);
-}
-
-// Sixteen pixels read 64 bytes of three a pixel, so six more pixels must be there.
-template <Order kOrder>
-QXV_TARGET_AVX512 void WidenAvx512(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
-  const __m512i order = LoadOrderAvx512(kWiden64<kOrder>);
-  const __m512i opaque = _mm512_set1_epi32(0xFF);
-  constexpr __mmask64 kColours = 0xEEEEEEEEEEEEEEEE;
   std::size_t i = 0;
-  for (; i + 22 <= pixels; i += 16) {
-    const __m512i sixteen = _mm512_loadu_si512(in + 3 * i);
-    _mm512_storeu_si512(out + 4 * i, _mm512_mask_permutexvar_epi8(opaque, kColours, order, sixteen));
+  if (pixels >= 64) {
+    Narrow32<kOrder>(in, out);
+    i = PixelsToBlock<32, 3>(out);
   }
-  WidenScalar<kOrder>(in + 3 * i, pixels - i, out + 4 * i);
-}
-
-template <Order kOrder>
-QXV_TARGET_AVX512 void NarrowAvx512(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
-  const __m512i low = LoadOrderAvx512(kNarrow64<kOrder, 0>);
-  const __m512i middle = LoadOrderAvx512(kNarrow64<kOrder, 1>);
-  const __m512i high = LoadOrderAvx512(kNarrow64<kOrder, 2>);
-  std::size_t i = 0;
-  for (; i + 64 <= pixels; i += 64) {
-    const unsigned char* const from = in + 4 * i;
-    const __m512i first = _mm512_loadu_si512(from), second = _mm512_loadu_si512(from + 64);
-    const __m512i third = _mm512_loadu_si512(from + 128), fourth = _mm512_loadu_si512(from + 192);
-    unsigned char* const to = out + 3 * i;
-    _mm512_storeu_si512(to, _mm512_permutex2var_epi8(first, low, second));
-    _mm512_storeu_si512(to + 64, _mm512_permutex2var_epi8(second, middle, third));
-    _mm512_storeu_si512(to + 128, _mm512_permutex2var_epi8(third, high, fourth));
+  for (; i + 32 <= pixels; i += 32) {
+    Narrow32<kOrder>(in + 4 * i, out + 3 * i);
   }
-  NarrowAvx2<kOrder>(in + 4 * i, pixels - i, out + 3 * i);
+  for (; i + 8 <= pixels; i += 8) {
+    Narrow8<kOrder>(in + 4 * i, out + 3 * i);
+  }
+  Narrow8<kOrder>(in + 4 * (pixels - 8), out + 3 * (pixels - 8));
 }
 
 using Kernels = os::KernelTable<decltype(&ReverseScalar)>;
+// Three bytes a pixel put most loads or stores of 64 bytes across two lines of the cache, which costs more than they save.
 constexpr Kernels kReverse{{&ReverseSse2, &ReverseAvx2, &ReverseAvx512}};
 template <Order kOrder>
-constexpr Kernels kWiden{{&WidenScalar<kOrder>, &WidenAvx2<kOrder>, &WidenAvx512<kOrder>}};
+constexpr Kernels kWiden{{&WidenSse2<kOrder>, &WidenAvx2<kOrder>, &WidenAvx2<kOrder>}};
 template <Order kOrder>
-constexpr Kernels kNarrow{{&NarrowScalar<kOrder>, &NarrowAvx2<kOrder>, &NarrowAvx512<kOrder>}};
+constexpr Kernels kNarrow{{&NarrowSse2<kOrder>, &NarrowAvx2<kOrder>, &NarrowAvx2<kOrder>}};
 
 }  // namespace
 

@@ -29,7 +29,14 @@ class Target {
         m_padding(static_cast<std::size_t>(shape.padding)),
         m_at(out) {}
 
-  /// Whether Place may take the working layout.
+  /// For rows whose pixels have the target's form already.
+  static Target AsItComes(const FrameShape& shape, unsigned char* out) noexcept {
+    Target target(shape, out);
+    target.m_convert = nullptr;
+    return target;
+  }
+
+  /// Whether Place may take what comes: the working layout, or the target's.
   bool IsWorking() const noexcept { return m_convert == nullptr; }
   unsigned char* Place() const noexcept { return m_at; }
 
@@ -55,26 +62,27 @@ bool IsCopy(const FrameShape& from, const FrameShape& to) noexcept {
   return from.layout == to.layout && from.layout != kLayoutYuv && from.layout != kLayoutVuy;
 }
 
-void CopyRows(const FrameShape& from, const unsigned char* in, Target target) noexcept {
+void CopyRows(const FrameShape& from, const SourceRows& in, Target target) noexcept {
   const unsigned bytesPerPixel = LayoutBytes(from.layout);
   const auto width = static_cast<std::size_t>(from.width);
-  for (std::int32_t row = 0; row < from.height; ++row, in += RowBytes(from, bytesPerPixel)) {
-    std::memcpy(target.Place(), in, width * bytesPerPixel);
+  for (std::int32_t row = 0; row < from.height; ++row) {
+    std::memcpy(target.Place(), in.top + row * in.step, width * bytesPerPixel);
     target.Advance(width);
     target.EndRow();
   }
 }
 
-void ConvertRows(const FrameShape& from, const unsigned char* in, Target target) {
+void ConvertRows(const FrameShape& from, const SourceRows& in, Target target) {
   const RowConverter toWorking = ToWorking(from.layout);
   const unsigned bytesPerPixel = LayoutBytes(from.layout);
   const auto width = static_cast<std::size_t>(from.width);
   const std::unique_ptr<unsigned char[]> strip(target.IsWorking() ? nullptr
                                                                   : new unsigned char[std::min(width, kPiece) * kWorkingBytes]);
-  for (std::int32_t row = 0; row < from.height; ++row, in += RowBytes(from, bytesPerPixel)) {
+  for (std::int32_t row = 0; row < from.height; ++row) {
+    const unsigned char* const bytes = in.top + row * in.step;
     for (std::size_t column = 0; column < width;) {
       const std::size_t pixels = std::min(width - column, kPiece);
-      const unsigned char* const piece = in + column * bytesPerPixel;
+      const unsigned char* const piece = bytes + column * bytesPerPixel;
       if (target.IsWorking()) {
         toWorking(piece, pixels, target.Place());
         target.Advance(pixels);
@@ -88,9 +96,7 @@ void ConvertRows(const FrameShape& from, const unsigned char* in, Target target)
   }
 }
 
-void ResampleRows(const FrameShape& from, const unsigned char* in, const FrameShape& to, Target target) {
-  const ResizedRow steps = ResizedToWorking(from.layout);
-  const std::size_t sourceRow = RowBytes(from, LayoutBytes(from.layout));
+void ResampleRows(const ResizedRow& steps, const FrameShape& from, const SourceRows& in, const FrameShape& to, Target target) {
   const auto sourceWidth = static_cast<std::size_t>(from.width), width = static_cast<std::size_t>(to.width);
   const auto strip = [](bool needed, std::size_t pixels) {
     return std::unique_ptr<unsigned char[]>(needed ? new unsigned char[pixels * kWorkingBytes] : nullptr);
@@ -99,7 +105,7 @@ void ResampleRows(const FrameShape& from, const unsigned char* in, const FrameSh
   const auto blended = strip(steps.finish != nullptr || !target.IsWorking(), width);
   const auto working = strip(steps.finish != nullptr && !target.IsWorking(), width);
   const auto fetch = [&](std::int32_t row) -> const unsigned char* {
-    const unsigned char* const bytes = in + static_cast<std::size_t>(row) * sourceRow;
+    const unsigned char* const bytes = in.top + row * in.step;
     if (steps.widen == nullptr) {
       return bytes;
     }
@@ -145,6 +151,10 @@ std::unique_ptr<unsigned char[]> NewFrame(const FrameShape& shape, unsigned byte
 }
 
 Status ConvertFrame(const FrameShape& from, const unsigned char* in, const FrameShape& to, unsigned char* out) {
+  return ConvertFrame(from, {in, static_cast<std::ptrdiff_t>(RowBytes(from, LayoutBytes(from.layout)))}, to, out);
+}
+
+Status ConvertFrame(const FrameShape& from, const SourceRows& in, const FrameShape& to, unsigned char* out) {
   if (ToWorking(from.layout) == nullptr) {
     return kStatusImageNoPixelSize;
   }
@@ -158,7 +168,10 @@ Status ConvertFrame(const FrameShape& from, const unsigned char* in, const Frame
   }
   const Target target(to, out);
   if (from.width != to.width || from.height != to.height) {
-    ResampleRows(from, in, to, target);
+    // Blending asks for no order, so pixels of four bytes that keep theirs need not be turned round and back.
+    const bool asTheyAre = IsCopy(from, to) && LayoutBytes(from.layout) == kWorkingBytes;
+    ResampleRows(asTheyAre ? ResizedRow{} : ResizedToWorking(from.layout), from, in, to,
+                 asTheyAre ? Target::AsItComes(to, out) : target);
   } else if (IsCopy(from, to)) {
     CopyRows(from, in, target);
   } else {

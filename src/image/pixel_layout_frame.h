@@ -35,4 +35,12 @@ std::unique_ptr<unsigned char[]> NewFrame(const FrameShape& shape, unsigned byte
 ///         some. On failure, and on std::bad_alloc for the strips, the target may be partly written.
 [[nodiscard]] Status ConvertFrame(const FrameShape& from, const unsigned char* in, const FrameShape& to, unsigned char* out);
 
+/// Rows that lie elsewhere, also bottom-up.
+struct SourceRows {
+  const unsigned char* top = nullptr;
+  std::ptrdiff_t step = 0;  ///< bytes from a row to the one below it
+};
+/// The same from such rows; the padding of `from` does not count.
+[[nodiscard]] Status ConvertFrame(const FrameShape& from, const SourceRows& in, const FrameShape& to, unsigned char* out);
+
 }  // namespace qxv

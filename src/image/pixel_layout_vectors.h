@@ -6,6 +6,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 namespace qxv {
 
@@ -51,6 +54,42 @@ QXV_INLINE_AVX512 __m512i InterleaveAvx512(__m512i first, __m512i second, __m512
 QXV_INLINE_AVX2 __m256i LoadHalves(const unsigned char* low, const unsigned char* high) noexcept {
   return _mm256_inserti128_si256(_mm256_castsi128_si256(_mm_loadu_si128(reinterpret_cast<const __m128i*>(low))),
                                  _mm_loadu_si128(reinterpret_cast<const __m128i*>(high)), 1);
+}
+
+// Four pixels of three bytes, each in the lower bytes of 32 bits; the uppermost byte is any. Reads 16 bytes.
+QXV_ALWAYS_INLINE __m128i LoadThreesSse2(const unsigned char* in) noexcept {
+  const __m128i all = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
+  return _mm_unpacklo_epi64(_mm_unpacklo_epi32(all, _mm_srli_si128(all, 3)),
+                            _mm_unpacklo_epi32(_mm_srli_si128(all, 6), _mm_srli_si128(all, 9)));
+}
+
+// The way back. Writes 12 bytes.
+QXV_ALWAYS_INLINE void StoreThreesSse2(__m128i pixels, unsigned char* out) noexcept {
+  const __m128i even = _mm_and_si128(pixels, _mm_setr_epi32(0xFFFFFF, 0, 0xFFFFFF, 0));
+  const __m128i odd = _mm_and_si128(pixels, _mm_setr_epi32(0, 0xFFFFFF, 0, 0xFFFFFF));
+  const __m128i pairs = _mm_or_si128(even, _mm_srli_epi64(odd, 8));
+  const __m128i upper = _mm_and_si128(pairs, _mm_setr_epi32(0, 0, -1, -1));
+  const __m128i twelve = _mm_or_si128(_mm_move_epi64(pairs), _mm_srli_si128(upper, 2));
+  _mm_storel_epi64(reinterpret_cast<__m128i*>(out), twelve);
+  const int last = _mm_cvtsi128_si32(_mm_srli_si128(twelve, 8));
+  std::memcpy(out + 8, &last, sizeof last);
+}
+
+// Rows are written in whole aligned blocks: the first and the last block overlap their neighbours, which then are written twice.
+
+/// From 1 to blockPixels: as many pixels from here on, of some bytes each, a multiple of kBlock begins. With four bytes a pixel
+/// it may be out of reach; any number does then.
+template <std::size_t kBlock, std::size_t kBytesPerPixel>
+std::size_t PixelsToBlock(const unsigned char* out) noexcept {
+  static_assert(kBytesPerPixel == 3 || kBytesPerPixel == 4);
+  const std::size_t behind = reinterpret_cast<std::uintptr_t>(out) % kBlock;
+  if constexpr (kBytesPerPixel == 4) {
+    return kBlock / 4 - behind / 4;
+  } else {
+    constexpr std::size_t kThird = 43;  // 3 x 43 is 1 more than a multiple of 32 and of 64
+    static_assert(3 * kThird % kBlock == 1);
+    return kBlock - behind * kThird % kBlock;
+  }
 }
 
 /// Which byte of a register goes to each byte of another.

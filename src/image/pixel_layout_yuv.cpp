@@ -1,6 +1,6 @@
 // pixel_layout_yuv.cpp - rows between Y, U, V and the working layout A, R, G, B.
 // All arithmetic is in single precision, and sums run from left to right. Fixed-point arithmetic gives other bytes for some
-// colours, and so do fused multiplications.
+// colours, and so do fused multiplications, but where a term is so small that its own rounding never reaches a byte.
 
 #include "image/pixel_layout_yuv.h"
 
@@ -78,44 +78,63 @@ QXV_INLINE_AVX2 __m256i ColoursAvx2(__m256i y32, __m256i u32, __m256i v32) noexc
                         RoundAvx2(QXV_SUM(_mm256, add, add, kBlueY, y, kBlueU, u, kBlueV, v)));
 }
 
-QXV_INLINE_AVX512 __m512i ColoursAvx512(__m512i y32, __m512i u32, __m512i v32) noexcept {
-  const __m512 y = _mm512_cvtepi32_ps(_mm512_sub_epi32(y32, _mm512_set1_epi32(kYBase)));
-  const __m512 u = _mm512_cvtepi32_ps(_mm512_sub_epi32(u32, _mm512_set1_epi32(kColourBase)));
-  const __m512 v = _mm512_cvtepi32_ps(_mm512_sub_epi32(v32, _mm512_set1_epi32(kColourBase)));
-  return InterleaveAvx512(_mm512_set1_epi32(255), RoundAvx512(QXV_SUM(_mm512, add, add, kRedY, y, kRedU, u, kRedV, v)),
-                          RoundAvx512(QXV_SUM(_mm512, sub, sub, kGreenY, y, kGreenU, u, kGreenV, v)),
-                          RoundAvx512(QXV_SUM(_mm512, add, add, kBlueY, y, kBlueU, u, kBlueV, v)));
+QXV_INLINE_AVX512 __m512i ColoursAvx512(__m512 y, __m512 u, __m512 v) noexcept {
+  const __m512 lightRed = _mm512_fmadd_ps(_mm512_set1_ps(kRedU), u, _mm512_mul_ps(_mm512_set1_ps(kRedY), y));
+  const __m512 red = _mm512_add_ps(lightRed, _mm512_mul_ps(_mm512_set1_ps(kRedV), v));
+  const __m512 green = QXV_SUM(_mm512, sub, sub, kGreenY, y, kGreenU, u, kGreenV, v);
+  const __m512 lightBlue = _mm512_add_ps(_mm512_mul_ps(_mm512_set1_ps(kBlueY), y), _mm512_mul_ps(_mm512_set1_ps(kBlueU), u));
+  const __m512 blue = _mm512_fmadd_ps(_mm512_set1_ps(kBlueV), v, lightBlue);
+  return InterleaveAvx512(_mm512_set1_epi32(255), RoundAvx512(red), RoundAvx512(green), RoundAvx512(blue));
 }
 
-// One byte of each pixel, widened to 32 bits.
-template <std::size_t kRegister>
-constexpr ByteOrder<kRegister> MakePick(std::size_t bytesPerPixel, std::size_t place) noexcept {
-  ByteOrder<kRegister> all{};
-  for (std::size_t i = 0; i < kRegister; ++i) {
-    all.from[i] = static_cast<unsigned char>(i % 4 == 0 ? i / 4 * bytesPerPixel + place : 0x80);
+// One byte of each pixel at the lowest place of 32 bits.
+constexpr std::size_t kLeaveZero = 0x80;
+
+template <std::size_t kBytes, std::size_t kPlace>
+constexpr ByteOrder<64> MakePick64() noexcept {
+  ByteOrder<64> all{};
+  for (std::size_t i = 0; i < 64; ++i) {
+    all.from[i] = static_cast<unsigned char>(i % 4 == 0 ? i / 4 * kBytes + kPlace : 0);
   }
   return all;
 }
 
-template <std::size_t kRegister, std::size_t kBytes, std::size_t kPlace>
-constexpr ByteOrder<kRegister> kPick = MakePick<kRegister>(kBytes, kPlace);
+// In halves of 16 bytes; the second half of 24 bytes stands 4 bytes into its 16.
+template <std::size_t kBytes, std::size_t kPlace>
+constexpr ByteOrder<32> MakePick32() noexcept {
+  ByteOrder<32> all{};
+  for (std::size_t i = 0; i < 32; ++i) {
+    const std::size_t inHalf = i % 16 / 4 * kBytes + kPlace + (i >= 16 && kBytes == 3 ? 4 : 0);
+    all.from[i] = static_cast<unsigned char>(i % 4 == 0 ? inHalf : kLeaveZero);
+  }
+  return all;
+}
 
 template <std::size_t kBytes, std::size_t kPlace>
-QXV_ALWAYS_INLINE __m128i PickSse2(const unsigned char* in) noexcept {
-  return _mm_setr_epi32(in[kPlace], in[kBytes + kPlace], in[2 * kBytes + kPlace], in[3 * kBytes + kPlace]);
+constexpr ByteOrder<64> kPick64 = MakePick64<kBytes, kPlace>();
+template <std::size_t kBytes, std::size_t kPlace>
+constexpr ByteOrder<32> kPick32 = MakePick32<kBytes, kPlace>();
+
+template <std::size_t kPlace>
+QXV_ALWAYS_INLINE __m128i PickSse2(__m128i pixels) noexcept {
+  return _mm_and_si128(_mm_srli_epi32(pixels, 8 * kPlace), _mm_set1_epi32(255));
 }
 template <std::size_t kBytes, std::size_t kPlace>
 QXV_INLINE_AVX2 __m256i PickAvx2(__m256i pixels) noexcept {
-  return _mm256_shuffle_epi8(pixels, LoadOrderAvx2(kPick<16, kBytes, kPlace>));
+  return _mm256_shuffle_epi8(pixels, _mm256_load_si256(reinterpret_cast<const __m256i*>(kPick32<kBytes, kPlace>.from.data())));
 }
+// As a number without its base. The byte becomes the lowest one of 2^23 in single precision, so a subtraction is all it takes.
 template <std::size_t kBytes, std::size_t kPlace>
-QXV_INLINE_AVX512 __m512i PickAvx512(__m512i pixels) noexcept {
-  return _mm512_maskz_permutexvar_epi8(0x1111111111111111, LoadOrderAvx512(kPick<64, kBytes, kPlace>), pixels);
+QXV_INLINE_AVX512 __m512 NumberAvx512(__m512i pixels, int base) noexcept {
+  const __m512 most = _mm512_set1_ps(0x800000);
+  const __m512i number = _mm512_mask_permutexvar_epi8(_mm512_castps_si512(most), 0x1111111111111111,
+                                                      LoadOrderAvx512(kPick64<kBytes, kPlace>), pixels);
+  return _mm512_sub_ps(_mm512_castsi512_ps(number), _mm512_set1_ps(static_cast<float>(0x800000 + base)));
 }
 
-// What a vector kernel touches behind its pixels, in pixels, where they have three bytes: 28 bytes instead of 24, 64 of 48.
+// What a vector kernel reads behind its pixels, in pixels, where they have three bytes: 16 bytes instead of 12, 64 of 48.
 template <class Pixel>
-constexpr std::size_t kBehindAvx2 = Pixel::kBytes == 3 ? 2 : 0;
+constexpr std::size_t kBehindSse2 = Pixel::kBytes == 3 ? 2 : 0;
 template <class Pixel>
 constexpr std::size_t kBehindAvx512 = Pixel::kBytes == 3 ? 6 : 0;
 
@@ -123,43 +142,66 @@ template <class Pixel>
 void ToWorkingSse2(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
   constexpr std::size_t kBytes = Pixel::kBytes;
   std::size_t i = 0;
-  for (; i + 4 <= pixels; i += 4) {
+  for (; i + 4 + kBehindSse2<Pixel> <= pixels; i += 4) {
     const unsigned char* const from = in + kBytes * i;
-    const __m128i y = PickSse2<kBytes, Pixel::kY>(from);
-    const __m128i u = PickSse2<kBytes, Pixel::kU>(from);
-    const __m128i v = PickSse2<kBytes, Pixel::kV>(from);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4 * i), ColoursSse2(y, u, v));
+    const __m128i four = kBytes == 3 ? LoadThreesSse2(from) : _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+    const __m128i colours = ColoursSse2(PickSse2<Pixel::kY>(four), PickSse2<Pixel::kU>(four), PickSse2<Pixel::kV>(four));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 4 * i), colours);
   }
   ToWorkingScalar<Pixel>(in + kBytes * i, pixels - i, out + 4 * i);
+}
+
+template <class Pixel>
+QXV_INLINE_AVX2 void ToWorking8(const unsigned char* in, unsigned char* out) noexcept {
+  constexpr std::size_t kBytes = Pixel::kBytes;
+  const __m256i eight = LoadHalves(in, in + 8 * kBytes - 16);
+  const __m256i y = PickAvx2<kBytes, Pixel::kY>(eight);
+  const __m256i u = PickAvx2<kBytes, Pixel::kU>(eight);
+  const __m256i v = PickAvx2<kBytes, Pixel::kV>(eight);
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), ColoursAvx2(y, u, v));
 }
 
 template <class Pixel>
 QXV_TARGET_AVX2 void ToWorkingAvx2(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
   constexpr std::size_t kBytes = Pixel::kBytes;
-  std::size_t i = 0;
-  for (; i + 8 + kBehindAvx2<Pixel> <= pixels; i += 8) {
-    const unsigned char* const from = in + kBytes * i;
-    const __m256i eight = LoadHalves(from, from + 4 * kBytes);
-    const __m256i y = PickAvx2<kBytes, Pixel::kY>(eight);
-    const __m256i u = PickAvx2<kBytes, Pixel::kU>(eight);
-    const __m256i v = PickAvx2<kBytes, Pixel::kV>(eight);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 4 * i), ColoursAvx2(y, u, v));
+  if (pixels < 8) {
+    return ToWorkingScalar<Pixel>(in, pixels, out);
   }
-  ToWorkingScalar<Pixel>(in + kBytes * i, pixels - i, out + 4 * i);
+  ToWorking8<Pixel>(in, out);
+  for (std::size_t i = PixelsToBlock<32, 4>(out); i + 8 <= pixels; i += 8) {
+    ToWorking8<Pixel>(in + kBytes * i, out + 4 * i);
+  }
+  ToWorking8<Pixel>(in + kBytes * (pixels - 8), out + 4 * (pixels - 8));
+}
+
+template <class Pixel>
+QXV_INLINE_AVX512 void ToWorking16(__m512i sixteen, unsigned char* out) noexcept {
+  const __m512 y = NumberAvx512<Pixel::kBytes, Pixel::kY>(sixteen, kYBase);
+  const __m512 u = NumberAvx512<Pixel::kBytes, Pixel::kU>(sixteen, kColourBase);
+  const __m512 v = NumberAvx512<Pixel::kBytes, Pixel::kV>(sixteen, kColourBase);
+  _mm512_storeu_si512(out, ColoursAvx512(y, u, v));
+}
+
+template <class Pixel>
+QXV_INLINE_AVX512 __m512i OnlySixteen(const unsigned char* in) noexcept {
+  return _mm512_maskz_loadu_epi8(Pixel::kBytes == 3 ? 0x0000FFFFFFFFFFFF : 0xFFFFFFFFFFFFFFFF, in);
 }
 
 template <class Pixel>
 QXV_TARGET_AVX512 void ToWorkingAvx512(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
   constexpr std::size_t kBytes = Pixel::kBytes;
-  std::size_t i = 0;
-  for (; i + 16 + kBehindAvx512<Pixel> <= pixels; i += 16) {
-    const __m512i sixteen = _mm512_loadu_si512(in + kBytes * i);
-    const __m512i y = PickAvx512<kBytes, Pixel::kY>(sixteen);
-    const __m512i u = PickAvx512<kBytes, Pixel::kU>(sixteen);
-    const __m512i v = PickAvx512<kBytes, Pixel::kV>(sixteen);
-    _mm512_storeu_si512(out + 4 * i, ColoursAvx512(y, u, v));
+  if (pixels < 16) {
+    return ToWorkingAvx2<Pixel>(in, pixels, out);
   }
-  ToWorkingAvx2<Pixel>(in + kBytes * i, pixels - i, out + 4 * i);
+  ToWorking16<Pixel>(OnlySixteen<Pixel>(in), out);
+  std::size_t i = PixelsToBlock<64, 4>(out);
+  for (; i + 16 + kBehindAvx512<Pixel> <= pixels; i += 16) {
+    ToWorking16<Pixel>(_mm512_loadu_si512(in + kBytes * i), out + 4 * i);
+  }
+  if (i + 16 <= pixels) {
+    ToWorking16<Pixel>(OnlySixteen<Pixel>(in + kBytes * i), out + 4 * i);
+  }
+  ToWorking16<Pixel>(OnlySixteen<Pixel>(in + kBytes * (pixels - 16)), out + 4 * (pixels - 16));
 }
 
 #define QXV_SUM_AND_BASE(P, SIGN2, SIGN3, c1, c2, c3, base) \
@@ -178,11 +220,7 @@ void FromWorkingSse2(const unsigned char* in, std::size_t pixels, unsigned char*
     const __m128i u = RoundSse2(QXV_SUM_AND_BASE(_mm, sub, add, kURed, kUGreen, kUBlue, kColourBase));
     const __m128i v = RoundSse2(QXV_SUM_AND_BASE(_mm, sub, sub, kVRed, kVGreen, kVBlue, kColourBase));
     const bool yFirst = Pixel::kY == 0;
-    alignas(16) unsigned char wide[16];
-    _mm_store_si128(reinterpret_cast<__m128i*>(wide), InterleaveSse2(yFirst ? y : v, u, yFirst ? v : y, v));
-    for (std::size_t n = 0; n < 4; ++n) {
-      std::memcpy(out + 3 * (i + n), wide + 4 * n, 3);
-    }
+    StoreThreesSse2(InterleaveSse2(yFirst ? y : v, u, yFirst ? v : y, v), out + 3 * i);
   }
   FromWorkingScalar<Pixel>(in + 4 * i, pixels - i, out + 3 * i);
 }
@@ -201,23 +239,31 @@ constexpr ByteOrder<kRegister> MakePixels() noexcept {
 template <class Pixel, std::size_t kRegister>
 constexpr ByteOrder<kRegister> kPixels = MakePixels<Pixel, kRegister>();
 
+// 24 bytes: the first 16, and the last 16.
+template <class Pixel>
+QXV_INLINE_AVX2 void FromWorking8(const unsigned char* in, unsigned char* out) noexcept {
+  const __m256i eight = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(in));
+  const __m256 r = _mm256_cvtepi32_ps(PickAvx2<4, 1>(eight));
+  const __m256 g = _mm256_cvtepi32_ps(PickAvx2<4, 2>(eight));
+  const __m256 b = _mm256_cvtepi32_ps(PickAvx2<4, 3>(eight));
+  const __m256i y = RoundAvx2(QXV_SUM_AND_BASE(_mm256, add, add, kYRed, kYGreen, kYBlue, kYBase));
+  const __m256i u = RoundAvx2(QXV_SUM_AND_BASE(_mm256, sub, add, kURed, kUGreen, kUBlue, kColourBase));
+  const __m256i v = RoundAvx2(QXV_SUM_AND_BASE(_mm256, sub, sub, kVRed, kVGreen, kVBlue, kColourBase));
+  const __m256i inHalves = _mm256_shuffle_epi8(PackAvx2(y, u, v, v), LoadOrderAvx2(kPixels<Pixel, 16>));
+  const __m256i packed = _mm256_permutevar8x32_epi32(inHalves, _mm256_setr_epi32(0, 1, 2, 4, 2, 4, 5, 6));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm256_castsi256_si128(packed));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 8), _mm256_extracti128_si256(packed, 1));
+}
+
 template <class Pixel>
 QXV_TARGET_AVX2 void FromWorkingAvx2(const unsigned char* in, std::size_t pixels, unsigned char* out) noexcept {
-  const __m256i order = LoadOrderAvx2(kPixels<Pixel, 16>);
-  std::size_t i = 0;
-  for (; i + 8 + kBehindAvx2<Pixel> <= pixels; i += 8) {
-    const __m256i eight = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(in + 4 * i));
-    const __m256 r = _mm256_cvtepi32_ps(PickAvx2<4, 1>(eight));
-    const __m256 g = _mm256_cvtepi32_ps(PickAvx2<4, 2>(eight));
-    const __m256 b = _mm256_cvtepi32_ps(PickAvx2<4, 3>(eight));
-    const __m256i y = RoundAvx2(QXV_SUM_AND_BASE(_mm256, add, add, kYRed, kYGreen, kYBlue, kYBase));
-    const __m256i u = RoundAvx2(QXV_SUM_AND_BASE(_mm256, sub, add, kURed, kUGreen, kUBlue, kColourBase));
-    const __m256i v = RoundAvx2(QXV_SUM_AND_BASE(_mm256, sub, sub, kVRed, kVGreen, kVBlue, kColourBase));
-    const __m256i packed = _mm256_shuffle_epi8(PackAvx2(y, u, v, v), order);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 3 * i), _mm256_castsi256_si128(packed));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 3 * i + 12), _mm256_extracti128_si256(packed, 1));
+  if (pixels < 8) {
+    return FromWorkingScalar<Pixel>(in, pixels, out);
   }
-  FromWorkingScalar<Pixel>(in + 4 * i, pixels - i, out + 3 * i);
+  for (std::size_t i = 0; i + 8 <= pixels; i += 8) {
+    FromWorking8<Pixel>(in + 4 * i, out + 3 * i);
+  }
+  FromWorking8<Pixel>(in + 4 * (pixels - 8), out + 3 * (pixels - 8));
 }
 
 template <class Pixel>

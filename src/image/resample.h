@@ -9,6 +9,9 @@
 // outside the source (it is one pixel wide or high, or has more than 2^24) are brought inside, weights stay as they are.
 #pragma once
 
+#include "image/resample_fractions.h"
+#include "image/resample_pairs.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -82,12 +85,11 @@ class Resampler {
 
   PictureSides m_source;
   PictureSides m_result;
-  bool m_columnsMeet;                           // every column of the result is one of the source
-  bool m_inQuarters;                            // every weight is a multiple of a quarter: whole numbers give the same bytes
-  std::size_t m_pairs = 0;                      // columns, from the left, whose first one is not the last of the source
-  std::unique_ptr<std::int32_t[]> m_first;      // of each column
-  std::unique_ptr<float[]> m_weights;           // all first weights, then all second ones
-  std::unique_ptr<signed char[]> m_quarters{};  // of each column 4 times the first and the second weight, in quarters
+  bool m_columnsMeet = false;  // every column of the result is one of the source
+  PixelPairs m_pairs{};        // of each column
+  Fractions m_fractions{};
+  std::unique_ptr<float[]> m_weights{};       // all first weights, then all second ones; none where fractions do
+  std::unique_ptr<signed char[]> m_counts{};  // the same in parts, of each column the first and the second
   std::array<PreparedRow, 2> m_prepared;
 };
 

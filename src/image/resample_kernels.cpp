@@ -1,11 +1,9 @@
-// resample_kernels.cpp - the inner loops of resampling: in single precision as the rule is stated, and in whole numbers where
-// every weight is a multiple of a quarter, so that neither form rounds before the end.
+// resample_kernels.cpp - the inner loop of resampling in single precision, as the rule is stated.
 
 #include "image/resample_kernels.h"
 
 #include "image/pixel_layout_vectors.h"
 
-#include <cstdint>
 #include <cstring>
 
 namespace qxv {
@@ -186,103 +184,12 @@ QXV_TARGET_AVX512 void BlendAvx512(const Rows& rows, const float* columnWeights,
 template <bool kOneRow>
 constexpr os::KernelTable<BlendFunction> kBlend{{&BlendSse2<kOneRow>, &BlendAvx2<kOneRow>, &BlendAvx512<kOneRow>}};
 
-// In quarters.
-
-void ColumnsScalar(const signed char* weights, std::size_t pixels, unsigned char* pairs) noexcept {
-  for (std::size_t i = 0; i < pixels; ++i, weights += kPair, pairs += kPair) {
-    std::int16_t sums[kPixel];
-    for (std::size_t n = 0; n < kPixel; ++n) {
-      sums[n] = static_cast<std::int16_t>(pairs[n] * weights[0] + pairs[kPixel + n] * weights[1]);
-    }
-    std::memcpy(pairs, sums, sizeof sums);
-  }
-}
-
-QXV_TARGET_AVX2 void ColumnsAvx2(const signed char* weights, std::size_t pixels, unsigned char* pairs) noexcept {
-  const __m256i order = _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 4, 1, 5, 2, 6, 3, 7, 8, 12, 9, 13, 10, 14, 11, 15));
-  std::size_t i = 0;
-  for (; i + 4 <= pixels; i += 4) {
-    __m256i* const place = reinterpret_cast<__m256i*>(pairs + i * kPair);
-    const __m256i bytes = _mm256_shuffle_epi8(_mm256_loadu_si256(place), order);
-    const __m256i factors = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(weights + i * kPair));
-    _mm256_storeu_si256(place, _mm256_maddubs_epi16(bytes, factors));
-  }
-  ColumnsScalar(weights + i * kPair, pixels - i, pairs + i * kPair);
-}
-
-struct QuarterRows {
-  const unsigned char* first;
-  const unsigned char* second;
-  int firstWeight;
-  int secondWeight;
-};
-
-constexpr int kHalf = 8, kShift = 4;  // of sixteenths
-
-void RowsScalar(const QuarterRows& rows, std::size_t from, std::size_t pixels, unsigned char* out) noexcept {
-  for (std::size_t i = from; i < pixels; ++i) {
-    std::int16_t a[kPixel], b[kPixel];
-    std::memcpy(a, rows.first + i * kPair, sizeof a);
-    std::memcpy(b, rows.second + i * kPair, sizeof b);
-    for (std::size_t n = 0; n < kPixel; ++n) {
-      const int sum = a[n] * rows.firstWeight + b[n] * rows.secondWeight + kHalf;
-      out[i * kPixel + n] = static_cast<unsigned char>(std::clamp(sum >> kShift, 0, 255));
-    }
-  }
-}
-
-QXV_ALWAYS_INLINE __m128i TwoPixelsSse2(const QuarterRows& rows, std::size_t i) noexcept {
-  const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows.first + i * kPair));
-  const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows.second + i * kPair));
-  const __m128i sum = _mm_add_epi16(_mm_mullo_epi16(a, _mm_set1_epi16(static_cast<short>(rows.firstWeight))),
-                                    _mm_mullo_epi16(b, _mm_set1_epi16(static_cast<short>(rows.secondWeight))));
-  return _mm_srai_epi16(_mm_add_epi16(sum, _mm_set1_epi16(kHalf)), kShift);
-}
-
-void RowsSse2(const QuarterRows& rows, std::size_t pixels, unsigned char* out) noexcept {
-  std::size_t i = 0;
-  for (; i + 4 <= pixels; i += 4) {
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i * kPixel),
-                     _mm_packus_epi16(TwoPixelsSse2(rows, i), TwoPixelsSse2(rows, i + 2)));
-  }
-  RowsScalar(rows, i, pixels, out);
-}
-
-QXV_INLINE_AVX2 __m256i FourPixelsAvx2(const QuarterRows& rows, std::size_t i) noexcept {
-  const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(rows.first + i * kPair));
-  const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(rows.second + i * kPair));
-  const __m256i sum = _mm256_add_epi16(_mm256_mullo_epi16(a, _mm256_set1_epi16(static_cast<short>(rows.firstWeight))),
-                                       _mm256_mullo_epi16(b, _mm256_set1_epi16(static_cast<short>(rows.secondWeight))));
-  return _mm256_srai_epi16(_mm256_add_epi16(sum, _mm256_set1_epi16(kHalf)), kShift);
-}
-
-QXV_TARGET_AVX2 void RowsAvx2(const QuarterRows& rows, std::size_t pixels, unsigned char* out) noexcept {
-  std::size_t i = 0;
-  for (; i + 8 <= pixels; i += 8) {
-    const __m256i packed = _mm256_packus_epi16(FourPixelsAvx2(rows, i), FourPixelsAvx2(rows, i + 4));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i * kPixel), _mm256_permute4x64_epi64(packed, 0xD8));
-  }
-  RowsScalar(rows, i, pixels, out);
-}
-
-constexpr os::KernelTable<decltype(&ColumnsScalar)> kColumns{{&ColumnsScalar, &ColumnsAvx2, &ColumnsAvx2}};
-constexpr os::KernelTable<decltype(&RowsSse2)> kRows{{&RowsSse2, &RowsAvx2, &RowsAvx2}};
-
 }  // namespace
 
 void BlendPairs(const unsigned char* first, const unsigned char* second, const float* columnWeights, float firstWeight,
                 float secondWeight, std::size_t pixels, unsigned char* out) noexcept {
   const auto blend = first == second && firstWeight == 1 && secondWeight == 0 ? kBlend<true>.Active() : kBlend<false>.Active();
   blend({first, second, firstWeight, secondWeight}, columnWeights, pixels, out);
-}
-
-void BlendColumnsInQuarters(const signed char* weights, std::size_t pixels, unsigned char* pairs) noexcept {
-  kColumns.Active()(weights, pixels, pairs);
-}
-
-void BlendRowsInQuarters(const unsigned char* first, const unsigned char* second, int firstWeight, int secondWeight,
-                         std::size_t pixels, unsigned char* out) noexcept {
-  kRows.Active()({first, second, firstWeight, secondWeight}, pixels, out);
 }
 
 }  // namespace qxv

@@ -1,5 +1,5 @@
-// resample_kernels.h - the inner loops of resampling. A pair is 8 bytes: two pixels of the source that one of the result lies
-// between.
+// resample_kernels.h - the inner loop of resampling in single precision. A pair is 8 bytes: two pixels of the source that one of
+// the result lies between.
 #pragma once
 
 #include <cstddef>
@@ -10,12 +10,5 @@ namespace qxv {
 /// both rows are one and the same, that row has weight 1.
 void BlendPairs(const unsigned char* first, const unsigned char* second, const float* columnWeights, float firstWeight,
                 float secondWeight, std::size_t pixels, unsigned char* out) noexcept;
-
-/// Blends across columns whose weights are quarters: each pair becomes four 16-bit numbers, in place.
-void BlendColumnsInQuarters(const signed char* weights, std::size_t pixels, unsigned char* pairs) noexcept;
-
-/// Blends two such rows, weights again in quarters.
-void BlendRowsInQuarters(const unsigned char* first, const unsigned char* second, int firstWeight, int secondWeight,
-                         std::size_t pixels, unsigned char* out) noexcept;
 
 }  // namespace qxv

@@ -256,39 +256,20 @@ void WriteHeader(FileWriter& file, const PictureView& picture) {
   file.Write(bytes);
 }
 
+void WriteImage(FileWriter& out, const PictureView& picture) {
+  const std::size_t rowBytes = static_cast<std::size_t>(picture.width) * kBytesPerPixel;
+  WriteRows(out, {rowBytes, static_cast<std::size_t>(picture.height), RowOrder::BottomUp}, picture.pixels.data());
+}
+
 }  // namespace
 
 Status CQXVTga::Read(const QXChar* name, ReadExtent extent) {
-  FileReader in;
-  if (in.Open(name) != os::kErrorNone) {
-    return kStatusImageCannotRead;
-  }
   Header header;
-  if (const Status status = ReadHeader(in, header); status != kStatusOk) {
-    return status;
-  }
-  Picture picture{header.width, header.height};
-  if (extent == ReadExtent::Pixels) {
-    if (const Status status = DecodeImage(in, header, picture); status != kStatusOk) {
-      return status;
-    }
-  }
-  Commit(std::move(picture));
-  return kStatusOk;
+  return ReadPicture(name, extent, header, &ReadHeader, &DecodeImage);
 }
 
 Status CQXVTga::Write(const QXChar* name, const PictureView& picture) const {
-  if (const Status status = CheckPicture(picture, kBytesPerPixel); status != kStatusOk) {
-    return status;
-  }
-  FileWriter out;
-  if (out.Open(name) != os::kErrorNone) {
-    return kStatusImageCannotCreate;
-  }
-  WriteHeader(out, picture);
-  const std::size_t rowBytes = static_cast<std::size_t>(picture.width) * kBytesPerPixel;
-  WriteRows(out, {rowBytes, static_cast<std::size_t>(picture.height), RowOrder::BottomUp}, picture.pixels.data());
-  return kStatusOk;
+  return WritePicture(name, picture, kBytesPerPixel, &WriteHeader, &WriteImage);
 }
 
 }  // namespace qxv

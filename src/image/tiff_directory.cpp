@@ -71,8 +71,27 @@ bool Holds(const Entry& entry, const Rule& rule, std::uint64_t length) noexcept 
 
 }  // namespace
 
+// Entries whose only value is the one that holds without them.
+bool Directory::SaysNothing(const Entry& entry) const noexcept {
+  return (entry.tag == kFillOrder || entry.tag == kOrientation || entry.tag == kPlanar) && NumbersOf(entry).Next() == 1;
+}
+
+// kept: entries, from the first one on. Another one comes in its order.
+void Directory::TellSamples(std::vector<unsigned char>& kept) const {
+  std::size_t at = 0;
+  while (at < kept.size() && m_order.Get(&kept[at], 2) < kSamples) {
+    at += kEntry;
+  }
+  std::array<unsigned char, kEntry> entry{};
+  m_order.Put(&entry[0], 2, kSamples);
+  m_order.Put(&entry[2], 2, kShort);
+  m_order.Put(&entry[4], 4, 1);
+  m_order.Put(&entry[8], 2, 1);
+  kept.insert(kept.begin() + static_cast<std::ptrdiff_t>(at), entry.begin(), entry.end());
+}
+
 bool Directory::Read(std::uint64_t at, BytePatch& patch) {
-  std::array<unsigned char, 2> countBytes;
+  std::array<unsigned char, 2> countBytes{};
   if (!m_source.ReadAt(at, countBytes)) {
     return false;
   }
@@ -85,7 +104,7 @@ bool Directory::Read(std::uint64_t at, BytePatch& patch) {
   if (!m_source.ReadAt(at, bytes)) {
     return false;
   }
-  std::size_t kept = 2;
+  std::vector<unsigned char> kept;
   std::uint32_t previous = 0;
   for (std::size_t i = 2; i < 2 + count * kEntry; i += kEntry) {
     const Entry entry = ReadEntry(m_order, &bytes[i], at + i + 8);
@@ -101,14 +120,20 @@ bool Directory::Read(std::uint64_t at, BytePatch& patch) {
       return false;
     }
     m_entries.push_back(entry);
-    std::memmove(&bytes[kept], &bytes[i], kEntry);
-    kept += kEntry;
+    if (!SaysNothing(entry)) {
+      kept.insert(kept.end(), &bytes[i], &bytes[i] + kEntry);
+    }
   }
-  m_order.Put16(bytes.data(), m_entries.size());
-  bytes.resize(kept);
-  bytes.resize(kept + 4);  // no next directory
+  m_tellsSamples = Find(kSamples) != nullptr;
+  if (!m_tellsSamples && kept.size() < count * kEntry) {
+    TellSamples(kept);
+    m_tellsSamples = true;
+  }
   patch.at = at;
-  patch.bytes = std::move(bytes);
+  patch.bytes.resize(2);
+  m_order.Put(patch.bytes.data(), 2, static_cast<std::uint32_t>(kept.size() / kEntry));
+  patch.bytes.insert(patch.bytes.end(), kept.begin(), kept.end());
+  patch.bytes.resize(patch.bytes.size() + 4);  // no next directory
   return true;
 }
 

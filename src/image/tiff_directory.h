@@ -58,9 +58,10 @@ class ByteOrder {
     return value;
   }
 
-  void Put16(unsigned char* bytes, std::size_t value) const noexcept {
-    bytes[m_big ? 0 : 1] = static_cast<unsigned char>(value >> 8);
-    bytes[m_big ? 1 : 0] = static_cast<unsigned char>(value);
+  void Put(unsigned char* bytes, std::size_t count, std::uint32_t value) const noexcept {
+    for (std::size_t i = 0; i < count; ++i, value >>= 8) {
+      bytes[m_big ? count - 1 - i : i] = static_cast<unsigned char>(value);
+    }
   }
 
  private:
@@ -119,6 +120,9 @@ class Directory {
   /// @param patch  receives a directory for the same place, of those entries and with none behind it
   [[nodiscard]] bool Read(std::uint64_t at, BytePatch& patch);
 
+  /// Whether the patch tells the samples a pixel: the file does, or Read found room to say 1, which is what silence means.
+  bool TellsSamples() const noexcept { return m_tellsSamples; }
+
   const Entry* Find(std::uint16_t tag) const noexcept {
     const auto found = std::find_if(m_entries.begin(), m_entries.end(), [&](const Entry& each) { return each.tag == tag; });
     return found == m_entries.end() ? nullptr : &*found;
@@ -145,9 +149,13 @@ class Directory {
   std::uint64_t FileLength() const noexcept { return m_source.Length(); }
 
  private:
+  bool SaysNothing(const Entry& entry) const noexcept;
+  void TellSamples(std::vector<unsigned char>& kept) const;
+
   ByteSource& m_source;
   ByteOrder m_order;
   std::vector<Entry> m_entries;
+  bool m_tellsSamples = false;
 };
 
 }  // namespace qxv::tiff

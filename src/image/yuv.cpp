@@ -67,38 +67,17 @@ void WriteHeader(FileWriter& file, const PictureView& picture) {
   file.Write(bytes);
 }
 
+void WriteImage(FileWriter& out, const PictureView& picture) { WriteRows(out, RowsOf(picture), picture.pixels.data()); }
+
 }  // namespace
 
 Status CQXVYUV::Read(const QXChar* name, ReadExtent extent) {
-  FileReader in;
-  if (in.Open(name) != os::kErrorNone) {
-    return kStatusImageCannotRead;
-  }
   Header header;
-  if (const Status status = ReadHeader(in, header); status != kStatusOk) {
-    return status;
-  }
-  Picture picture{header.width, header.height};
-  if (extent == ReadExtent::Pixels) {
-    if (const Status status = DecodeImage(in, header, picture); status != kStatusOk) {
-      return status;
-    }
-  }
-  Commit(std::move(picture));
-  return kStatusOk;
+  return ReadPicture(name, extent, header, &ReadHeader, &DecodeImage);
 }
 
 Status CQXVYUV::Write(const QXChar* name, const PictureView& picture) const {
-  if (const Status status = CheckPicture(picture, kBytesPerPixel); status != kStatusOk) {
-    return status;
-  }
-  FileWriter out;
-  if (out.Open(name) != os::kErrorNone) {
-    return kStatusImageCannotCreate;
-  }
-  WriteHeader(out, picture);
-  WriteRows(out, RowsOf(picture), picture.pixels.data());
-  return kStatusOk;
+  return WritePicture(name, picture, kBytesPerPixel, &WriteHeader, &WriteImage);
 }
 
 }  // namespace qxv

@@ -17,7 +17,10 @@
 namespace qxv {
 namespace {
 
-constexpr int kMostScans = 500;  // of a few bytes each, every one a walk over the whole picture
+// A scan may have few bytes, or none, and is a walk over the whole picture all the same.
+constexpr int kMostScans = 500;
+constexpr std::uint64_t kWalkedPixels = std::uint64_t{1} << 28;  // half a second
+constexpr std::uint64_t kWalkedPixelsPerByte = 2048;             // ten scans of a picture of hardly any detail
 constexpr JDIMENSION kRowsAtOnce = 16;
 
 struct Errors {
@@ -39,9 +42,21 @@ jpeg_error_mgr* SetUp(Errors& errors) noexcept {
 
 using Decoder = jpeg_decompress_struct;
 
-void RefuseManyScans(j_common_ptr codec) {
-  if (reinterpret_cast<Decoder*>(codec)->input_scan_number > kMostScans) {
+struct Progress {
+  jpeg_progress_mgr base;  // first: the library hands out its address
+  std::uint64_t mostWalkedPixels;
+};
+
+// Called between the rows of the scans. Where they are too many for so few bytes, the data ends.
+void LimitScans(j_common_ptr codec) {
+  const auto decoder = reinterpret_cast<Decoder*>(codec);
+  const int scan = decoder->input_scan_number;
+  if (scan > kMostScans) {
     OnError(codec);
+  }
+  const std::uint64_t walked = std::uint64_t{decoder->image_width} * decoder->image_height * static_cast<std::uint64_t>(scan);
+  if (walked > reinterpret_cast<const Progress*>(codec->progress)->mostWalkedPixels) {
+    decoder->src->bytes_in_buffer = 0;
   }
 }
 
@@ -103,8 +118,8 @@ void ReadPixels(Decoder& decoder, QXVJpegImage& image) {
 
 std::int32_t Decode(const QXVJpegStream& stream, QXVJpegImage& image, void (*read)(Decoder&, QXVJpegImage&)) {
   Errors errors;
-  jpeg_progress_mgr progress{};
-  progress.progress_monitor = &RefuseManyScans;
+  Progress progress{{}, kWalkedPixels + stream.length * kWalkedPixelsPerByte};
+  progress.base.progress_monitor = &LimitScans;
   Decoder decoder{};
   decoder.err = SetUp(errors);
   if (setjmp(errors.failed) != 0) {
@@ -112,7 +127,7 @@ std::int32_t Decode(const QXVJpegStream& stream, QXVJpegImage& image, void (*rea
     return -1;
   }
   jpeg_create_decompress(&decoder);
-  decoder.progress = &progress;
+  decoder.progress = &progress.base;
   const std::size_t extent = JpegExtent(stream.data, stream.length);
   ::jpeg_mem_src(&decoder, stream.data, static_cast<unsigned long>(extent));
   (void)::jpeg_read_header(&decoder, TRUE);

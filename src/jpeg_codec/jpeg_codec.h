@@ -61,7 +61,8 @@ std::int32_t GetJpegInfo(const QXVJpegStream* stream, QXVJpegImage* image);
 
 /// Decodes in format 0, rows top-down, into pixels of the width and height that GetJpegInfo gave; -1 for other ones. Grey, CMYK
 /// (as Adobe's programs store it) and progressive pictures too. Data cut short decodes as far as it goes, the rest as the codec
-/// fills it; more than 500 scans are -1. After a failure the pixels are undefined.
+/// fills it; so does data of more scans than a picture of its size and so many bytes are worth. More than 500 scans are -1.
+/// After a failure the pixels are undefined.
 std::int32_t DecodeJpeg(const QXVJpegStream* stream, QXVJpegImage* image);
 
 /// Encodes pixels whose first row is the lowest (format 792), colour at half resolution, so that the picture stands upright in

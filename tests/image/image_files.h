@@ -127,35 +127,45 @@ inline ReaderPointer ReaderOf(const support::Text& name) {
   return reader;
 }
 
-// Files of one row, field by field.
+// Files field by field, of one row or more, rows of pixels top-down.
 
 /// 24 bits: pixels B, G, R.
-inline std::string BmpFile(unsigned width, const std::string& pixels, unsigned bits = 24) {
-  std::string rows = pixels;
-  rows.append((4 - rows.size() % 4) % 4, '\0');
-  return "BM" + U32(54 + rows.size()) + U32(0) + U32(54) + U32(40) + U32(width) + U32(1) + U16(1) + U16(bits) + U32(0) +
+inline std::string BmpFile(unsigned width, const std::string& pixels, unsigned bits = 24, unsigned height = 1) {
+  const std::size_t rowBytes = pixels.size() / height;
+  std::string rows;
+  for (std::size_t y = height; y-- > 0;) {
+    rows += pixels.substr(y * rowBytes, rowBytes) + Zeros((4 - rowBytes % 4) % 4);
+  }
+  return "BM" + U32(54 + rows.size()) + U32(0) + U32(54) + U32(40) + U32(width) + U32(height) + U16(1) + U16(bits) + U32(0) +
          U32(rows.size()) + Zeros(16) + rows;
 }
 
 /// 32 bits: pixels B, G, R, A.
-inline std::string TgaFile(unsigned width, const std::string& pixels) {
-  return Bytes({0, 0, 2}) + Zeros(5) + U16(0) + U16(0) + U16(width) + U16(1) + Bytes({32, 0x20}) + pixels;
+inline std::string TgaFile(unsigned width, const std::string& pixels, unsigned height = 1) {
+  return Bytes({0, 0, 2}) + Zeros(5) + U16(0) + U16(0) + U16(width) + U16(height) + Bytes({32, 0x20}) + pixels;
 }
 
 /// Pixels Y, U, V.
-inline std::string YuvFile(unsigned width, const std::string& pixels) {
-  return "YUV" + Zeros(1) + U32(31 + pixels.size()) + U16(31) + Zeros(5) + U16(width) + U16(1) + Zeros(12) + pixels;
+inline std::string YuvFile(unsigned width, const std::string& pixels, unsigned height = 1) {
+  return "YUV" + Zeros(1) + U32(31 + pixels.size()) + U16(31) + Zeros(5) + U16(width) + U16(height) + Zeros(12) + pixels;
 }
 
-/// Pixels R, G, B below 192, so that every byte is itself a run of one.
-inline std::string PcxFile(unsigned width, const std::string& pixels) {
+/// Pixels R, G, B, every byte a run of one.
+inline std::string PcxFile(unsigned width, const std::string& pixels, unsigned height = 1) {
+  constexpr unsigned kRun = 0xC0;  // from here on a byte tells a run
+  const std::size_t rowBytes = pixels.size() / height;
   std::string planes;
-  for (std::size_t channel = 0; channel < 3; ++channel) {
-    for (std::size_t i = channel; i < pixels.size(); i += 3) {
-      planes += pixels[i];
+  for (std::size_t row = 0; row < pixels.size(); row += rowBytes) {
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+      for (std::size_t i = row + channel; i < row + rowBytes; i += 3) {
+        if (static_cast<unsigned char>(pixels[i]) >= kRun) {
+          planes += static_cast<char>(kRun + 1);
+        }
+        planes += pixels[i];
+      }
     }
   }
-  return pcx::File(pcx::Sides(width, 1), planes);
+  return pcx::File(pcx::Sides(width, height), planes);
 }
 
 }  // namespace image_test

@@ -324,6 +324,26 @@ TEST(ImageProbeTiff, HandsOverADirectoryOfWhatDecodingNeedsAndNothingBehindIt) {
   EXPECT_EQ(std::string(first.patch.bytes.end() - 4, first.patch.bytes.end()), std::string(4, '\0'));
 }
 
+// FreeImage takes an 8-bit picture that does not tell its samples for one with alpha.
+TEST(ImageProbeTiff, TellsOneSampleWhereTheFileIsSilent) {
+  TiffFields grey;
+  grey.entries = {{256, 3, 1, 1}, {257, 3, 1, 1}, {258, 3, 1, 8}, {259, 3, 1, 1}, {262, 3, 1, 1}, {273, 4, 1, 8}, {279, 4, 1, 1}};
+  EXPECT_FALSE(May(grey.Bytes())) << "no room";
+  auto told = grey.entries;
+  told.insert(told.begin() + 6, {277, 3, 1, 1});
+  const std::string expected = Tiff(told, "").substr(8);
+  for (const TiffEntry& more : {TiffEntry{284, 3, 1, 1}, TiffEntry{305, 2, 1, 'x'}, TiffEntry{65000, 7, 0xFFFFFFFF, 0}}) {
+    TiffFields room = grey;
+    room.entries.push_back(more);
+    const Seen seen = Look(room.Bytes());
+    EXPECT_TRUE(seen.may) << more.tag;
+    EXPECT_EQ(std::string(seen.patch.bytes.begin(), seen.patch.bytes.end()), expected) << more.tag;
+  }
+  grey.entries[2].value = 16;
+  grey.entries[6].value = 2;
+  EXPECT_TRUE(May(grey.Bytes())) << "only 8 bits are mistaken";
+}
+
 TEST(ImageProbeTiff, MetadataThatLiesDoesNotMakeAValidFileFail) {
   const TiffFields fields;
   for (const std::uint32_t tag : {330u, 700u, 33723u, 34377u, 34665u, 34675u, 34853u, 65000u}) {

@@ -1,16 +1,20 @@
 // image_reader_foreign_test.cpp - PNG, TIF and GIF files through the reader's interface.
 
-#include "image/image_files.h"
+#include "image/image_shapes.h"
 #include "image/picture_files.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <string>
+#include <system_error>
 
 namespace {
 
 using namespace image_test;
 using picture_files::Gif;
+using picture_files::GifImage;
 
 // 10 x 4 pixels of every kind.
 TEST(ImageReaderForeign, TellsTypeLayoutAndSides) {
@@ -95,17 +99,98 @@ TEST(ImageReaderForeign, FilesOfTwoMebibytesAndOneByteMore) {
   }
 }
 
+TEST(ImageReaderForeign, AShortGifThatIsOpenMayBeReplaced) {
+  const ImageFolder folder;
+  const auto name = folder.Put(QXT("a.gif"), SampleFile("image/five-frames.gif"));
+  const auto reader = ReaderOf(name);
+  const Given last = ReadRaw(*reader, 4);
+  ASSERT_EQ(last.status, 0u);
+  std::error_code error;
+  EXPECT_TRUE(std::filesystem::remove(support::NativePath(name), error)) << error.message();
+  EXPECT_EQ(ReadRaw(*reader, 0).status, 0u);
+  EXPECT_EQ(ReadRaw(*reader, 4), last);
+}
+
+// What tells memory from file: frames of a file of up to 2,097,152 bytes stay, longer ones are read when they are asked for.
+TEST(ImageReaderForeign, AGifIsHeldInMemoryUpToTwoMebibytes) {
+  const ImageFolder folder;
+  const auto gifOfLength = [](std::size_t length, char second) {
+    const std::string empty = Gif(1, 1, {}), head = empty.substr(0, empty.size() - 1) + GifImage({0, 0, 1, 1, Bytes({1})}),
+                      tail = GifImage({0, 0, 1, 1, std::string(1, second)}) + empty.back();
+    std::size_t left = length - head.size() - tail.size() - 3;  // of a comment between the frames, in blocks
+    std::string comment = "\x21\xFE";
+    while (left > 0) {
+      std::size_t block = std::min<std::size_t>(left - 1, 255);
+      block -= left == block + 2 ? 1 : 0;  // a byte alone is no block
+      comment += static_cast<char>(block) + std::string(block, 'x');
+      left -= block + 1;
+    }
+    return head + comment + '\0' + tail;
+  };
+  for (const std::size_t length : {2097152u, 2097153u}) {
+    const auto name = folder.Put(QXT("a.gif"), gifOfLength(length, '\2'));
+    ASSERT_EQ(folder.Get(QXT("a.gif")).size(), length);
+    const auto reader = ReaderOf(name);
+    ASSERT_EQ(ReadRaw(*reader, 0), Buffer(Bytes({0, 0, 255})));
+    ASSERT_TRUE(support::WriteBytes(name, gifOfLength(length, '\3')));
+    EXPECT_EQ(ReadRaw(*reader, 1), Buffer(length == 2097152 ? Bytes({0, 255, 0}) : Bytes({255, 0, 0}))) << length;
+  }
+}
+
+// Some of them whole pictures that FreeImage could decode.
 TEST(ImageReaderForeign, OtherContentsAreRefused) {
   const ImageFolder folder;
-  const std::string jpg = SampleFile("jpg/37x21.jpg");
+  const std::string contents[] = {
+      SampleFile("jpg/37x21.jpg"),
+      BmpFile(1, "abc"),
+      TgaFile(1, "abcd"),
+      SampleFile("pcx/24-bit.pcx"),
+      SampleFile("image/bigtiff.tif"),
+      "P6\n1 1\n255\nabc",
+      "/* XPM */\nstatic char *a[] = {\n\"1 1 1 1\",\n\"a c #FF0000\",\n\"a\"};\n",
+      "#?RADIANCE\nFORMAT=32-bit_rle_rgbe\n\n-Y 1 +X 1\nabcd",
+      "\x76\x2F\x31\x01" + Zeros(400),                                                             // EXR
+      "8BPS" + Bytes({0, 1}) + Zeros(400),                                                         // PSD
+      Bytes({0, 0, 1, 0, 1, 0, 1, 1, 0, 0, 1, 0, 24, 0}) + U32(48) + U32(22) + U32(40) + U32(1) +  // ICO of 1 x 1
+          U32(2) + U16(1) + U16(24) + Zeros(24) + Zeros(8),
+      std::string(),
+      std::string("GIF89a"),
+  };
   for (const auto* name : {QXT("a.png"), QXT("a.tif"), QXT("a.gif")}) {
-    for (const std::string& bytes : {jpg, BmpFile(1, "abc"), std::string(), std::string("GIF89a")}) {
+    for (const std::string& bytes : contents) {
       const auto reader = ReaderOf(folder.Put(name, bytes));
-      EXPECT_EQ(InfoEx(*reader), (Info{0xFFFFFFFF, kUntouched})) << support::Printable(name);
+      EXPECT_EQ(InfoEx(*reader), (Info{0xFFFFFFFF, kUntouched})) << support::Printable(name) << ' ' << bytes.substr(0, 8);
       EXPECT_EQ(InfoOf(*reader), (Info{0xFFFFFFFF, {0, 0, 0, 0, 0, 0, 77}})) << support::Printable(name);
-      EXPECT_EQ(ReadRaw(*reader), Refusal(0xFFFFFFFF)) << support::Printable(name);
+      EXPECT_EQ(ReadRaw(*reader), Refusal(0xFFFFFFFF)) << support::Printable(name) << ' ' << bytes.substr(0, 8);
       EXPECT_EQ(ReadAs(*reader, {4, 1, 1, 0}), Refusal(0xFFFFFFFF)) << support::Printable(name);
     }
+  }
+}
+
+TEST(ImageReaderForeign, AContentOfTheThreeIsReadInEachOfTheirNames) {
+  const ImageFolder folder;
+  for (const auto* name : {QXT("a.png"), QXT("a.tif"), QXT("a.gif"), QXT("a.PNG"), QXT("a.TIF"), QXT("a.GIF")}) {
+    for (const char* sample : {"image/24-bit.png", "image/24-bit.tif", "image/still.gif"}) {
+      const auto reader = ReaderOf(folder.Put(name, SampleFile(sample)));
+      const Info info = InfoEx(*reader);
+      EXPECT_EQ(info.status, 0u) << support::Printable(name) << ' ' << sample;
+      EXPECT_EQ(info.record.nWidth, 10) << support::Printable(name) << ' ' << sample;
+      EXPECT_EQ(ReadRaw(*reader).bytes.size(), 10u * 4 * 3) << support::Printable(name) << ' ' << sample;
+    }
+  }
+}
+
+// A name that lost something would be another file's.
+TEST(ImageReaderForeign, NamesThatTheCodePageLacksAreNotOpened) {
+  const ImageFolder folder;
+  const std::string png = SampleFile("image/24-bit.png");
+  folder.Put(QXT("A.png"), png);
+  folder.Put(QXT("_.png"), png);
+  for (const auto* name : {QXT("\u0416.png"), QXT("\uFF21.png"), QXT("\u0100.png")}) {
+    const auto reader = ReaderOf(folder.Put(name, png));
+    EXPECT_EQ(InfoEx(*reader), (Info{0xFFFFFFFF, kUntouched})) << support::Printable(name);
+    EXPECT_EQ(ReadRaw(*reader), Refusal(0xFFFFFFFF)) << support::Printable(name);
+    EXPECT_EQ(ReadAs(*reader, {4, 1, 1, 0}), Refusal(0xFFFFFFFF)) << support::Printable(name);
   }
 }
 
@@ -122,6 +207,25 @@ TEST(ImageReaderForeign, AGifOfHugeSidesTakesNoMemory) {
   const auto reader = ReaderOf(folder.Put(QXT("a.gif"), Gif(20000, 20000, {{0, 0, 20000, 20000, Bytes({1})}})));
   EXPECT_EQ(InfoEx(*reader), (Info{0xFFFFFFFF, kUntouched}));
   EXPECT_EQ(ReadRaw(*reader), Refusal(0xFFFFFFFF));
+}
+
+// Their own pixels are those of the formulas in free_image_test.cpp.
+TEST(ImageReaderForeign, EveryLayoutSizeAndPadding) {
+  const ImageFolder folder;
+  const struct {
+    const QXChar* name;
+    const char* sample;
+    unsigned int layout;
+  } files[] = {{QXT("a.png"), "24-bit.png", 4},     {QXT("a.png"), "32-bit.png", 1}, {QXT("a.png"), "palette-transparent.png", 1},
+               {QXT("a.tif"), "24-bit.tif", 4},     {QXT("a.tif"), "32-bit.tif", 1}, {QXT("a.gif"), "still.gif", 4},
+               {QXT("a.gif"), "transparent.gif", 1}};
+  for (const auto& file : files) {
+    const auto reader = ReaderOf(folder.Put(file.name, SampleFile(std::string("image/") + file.sample)));
+    const oracle::Shape from{file.layout, 10, 4, 0};
+    const Given raw = ReadRaw(*reader);
+    ASSERT_EQ(raw.status, 0u) << file.sample;
+    ASSERT_NO_FATAL_FAILURE(ExpectEveryOutput(*reader, from, raw.bytes)) << file.sample;
+  }
 }
 
 TEST(ImageReaderForeign, WhatIsWrittenIsReadAgain) {

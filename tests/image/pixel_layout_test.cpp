@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <vector>
@@ -116,6 +117,33 @@ TEST(PixelLayout, RowsOfEveryLengthAreConvertedAlikeInEveryTier) {
   });
 }
 
+// Blocks begin where the target is aligned, whatever the source is; around the row nothing is touched.
+TEST(PixelLayout, RowsAtEveryAlignmentAreConvertedAlikeInEveryTier) {
+  constexpr std::size_t kLine = 64;
+  support::ForEachCpuTier([] {
+    for (const std::uint32_t layout : kLayouts) {
+      for (const std::size_t pixels : {5u, 40u, 131u, 200u}) {
+        const Bytes in = Mixed(pixels * BytesOf(layout), 1), working = Mixed(4 * pixels, 2);
+        const Bytes wantedWorking = RowToWorking(layout, in), wanted = RowFromWorking(layout, working);
+        alignas(kLine) unsigned char source[4 * 200 + kLine], target[4 * 200 + 2 * kLine];
+        for (std::size_t at = 0; at < kLine; ++at) {
+          const std::size_t from = at * 5 % kLine;
+          const auto expect = [&](qxv::RowConverter convert, const Bytes& bytes, const Bytes& row) {
+            std::copy(bytes.begin(), bytes.end(), source + from);
+            std::fill(std::begin(target), std::end(target), static_cast<unsigned char>(0xA5));
+            Bytes all(sizeof target, 0xA5);
+            std::copy(row.begin(), row.end(), all.begin() + static_cast<std::ptrdiff_t>(at));
+            convert(source + from, pixels, target + at);
+            return std::equal(all.begin(), all.end(), target);
+          };
+          ASSERT_TRUE(expect(qxv::ToWorking(layout), in, wantedWorking)) << layout << ' ' << pixels << ' ' << at;
+          ASSERT_TRUE(expect(qxv::FromWorking(layout), working, wanted)) << layout << ' ' << pixels << ' ' << at;
+        }
+      }
+    }
+  });
+}
+
 struct Case {
   FrameShape from, to;
 };
@@ -150,6 +178,19 @@ TEST(Frame, EveryLayoutBecomesEveryLayoutWithAnyPadding) {
       }
     }
   });
+}
+
+// B G R pixels in rows of 8 bytes, the lowest first: above 4 5 6 and 7 8 9, below 10 11 12 and 13 14 15.
+TEST(Frame, RowsMayLieBottomUp) {
+  const unsigned char in[] = {10, 11, 12, 13, 14, 15, 0xEE, 0xEE, 4, 5, 6, 7, 8, 9, 0xEE, 0xEE};
+  const qxv::SourceRows rows{in + 8, -8};
+  Bytes same(14), working(16), half(3);
+  ASSERT_EQ(qxv::ConvertFrame({4, 2, 2, 0}, rows, {4, 2, 2, 1}, same.data()), 0u);
+  EXPECT_EQ(same, (Bytes{4, 5, 6, 7, 8, 9, 0, 10, 11, 12, 13, 14, 15, 0}));
+  ASSERT_EQ(qxv::ConvertFrame({4, 2, 2, 0}, rows, {32, 2, 2, 0}, working.data()), 0u);
+  EXPECT_EQ(working, (Bytes{255, 6, 5, 4, 255, 9, 8, 7, 255, 12, 11, 10, 255, 15, 14, 13}));
+  ASSERT_EQ(qxv::ConvertFrame({4, 2, 2, 0}, rows, {4, 1, 1, 0}, half.data()), 0u);
+  EXPECT_EQ(half, (Bytes{4, 5, 6}));
 }
 
 TEST(FrameKept, YuvWithPaddingGoesThroughTheWorkingLayout) {

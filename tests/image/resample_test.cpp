@@ -118,6 +118,72 @@ TEST(Resample, WholeFactorsAndQuartersFollowTheRule) {
   }
 }
 
+// Whole numbers may do the work where the sizes have a simple ratio; the longer a side, the coarser its places in single
+// precision.
+TEST(Resample, SimpleRatiosOfLongSidesFollowTheRule) {
+  struct Sides {
+    int from, to;
+  };
+  for (const Sides& sides : {Sides{1280, 1920},
+                             {1920, 1280},
+                             {1440, 1080},
+                             {2560, 1920},
+                             {2560, 3840},
+                             {3840, 2560},
+                             {1920, 3840},
+                             {3840, 1920},
+                             {3840, 1280},
+                             {3840, 960},
+                             {1280, 3840},
+                             {1200, 2000},
+                             {2000, 1200},
+                             {4000, 2800},
+                             {6000, 10000},
+                             {1279, 1919},
+                             {40000, 60000},
+                             {300000, 200000}}) {
+    const Shape wide{32, sides.from, 4, 0}, high{32, 4, sides.from, 0};
+    for (const Shape& source : {wide, high}) {
+      const int otherSide = sides.from % 3 == 0 ? 8 : 6;  // halves beside thirds, too
+      const bool isWide = source.width == sides.from;
+      const Shape result{32, isWide ? sides.to : otherSide, isWide ? otherSide : sides.to, 0};
+      const Bytes in = Mixed(4 * static_cast<std::size_t>(source.width) * static_cast<std::size_t>(source.height), 7);
+      const Bytes wanted = Wanted(in, source, result);
+      support::ForEachCpuTier([&] {
+        ASSERT_TRUE(Resample(in, {source.width, source.height}, {result.width, result.height}) == wanted)
+            << source.width << 'x' << source.height << " to " << result.width << 'x' << result.height;
+      });
+    }
+  }
+}
+
+// Both sides at their full length, so that the errors of both weights meet.
+TEST(Resample, TwoToThreeOfAWholePictureFollowsTheRule) {
+  const Shape source{32, 1280, 720, 0}, result{32, 1920, 1080, 0};
+  const Bytes in = Mixed(4 * 1280 * 720, 9);
+  const Bytes wanted = Wanted(in, source, result);
+  support::ForEachCpuTier([&] { ASSERT_TRUE(Resample(in, {1280, 720}, {1920, 1080}) == wanted); });
+}
+
+// Values at which the last columns and rows reach farthest beyond a byte, on both sides.
+TEST(Resample, ExtremesFollowTheRuleInEveryRatio) {
+  for (int from = 1; from <= 6; ++from) {
+    for (int to = 1; to <= 12; ++to) {
+      for (unsigned pattern = 0; pattern < 64; ++pattern) {
+        const Shape source{32, from, from, 0}, result{32, to, to, 0};
+        Bytes in;
+        for (int i = 0; i < from * from; ++i) {
+          const bool isLight = (pattern >> (i % 5 + i / from % 2)) % 2 != 0;
+          in.insert(in.end(), {static_cast<unsigned char>(isLight ? 255 : 0), static_cast<unsigned char>(isLight ? 0 : 255),
+                               static_cast<unsigned char>(isLight ? 254 : 1), 255});
+        }
+        const Bytes wanted = Wanted(in, source, result);
+        support::ForEachCpuTier([&] { ASSERT_TRUE(Resample(in, {from, from}, {to, to}) == wanted) << from << ' ' << to; });
+      }
+    }
+  }
+}
+
 TEST(Resample, PlacesNeverLeaveTheSource) {
   for (const int source : {1, 2, 16777217, 33554431, 2147483647}) {
     for (const int side : {1, 3, 16777216, 16777219, 2147483647}) {

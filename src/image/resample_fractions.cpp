@@ -1,0 +1,203 @@
+// resample_fractions.cpp - when blending in whole numbers gives the same bytes, and how it goes.
+
+#include "image/resample_fractions.h"
+
+#include "image/resample.h"
+#include "os/cpu.h"
+#include "os/intrinsics.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <numeric>
+
+namespace qxv {
+namespace {
+
+constexpr std::size_t kPixel = 4;
+constexpr std::size_t kPair = 2 * kPixel;
+
+constexpr int kExactParts = 4;  // quarters and halves are counted in quarters
+constexpr int kMostParts = 25;  // of both sides together: the sums stay in 16 bits
+
+// Of weights from -1 to 2 that make 1: at most four positive products of 5 in all.
+constexpr int MostSum(int product) noexcept { return 5 * 255 * product + product / 2; }
+static_assert(MostSum(kMostParts) <= 0x7FFF);
+
+bool IsExact(const SideWeights& side) noexcept { return side.error == 0 && kExactParts % side.parts == 0; }
+
+// The sum in single precision and the exact one cannot round to different bytes.
+bool RoundsAlike(const SideWeights& columns, const SideWeights& rows) noexcept {
+  const double fromWeights = 255 * (columns.error * rows.reach + rows.error * (columns.reach + columns.error));
+  const double fromRounding = 255 * columns.reach * rows.reach * 16 / 0x1000000;  // ten roundings of 24 bits, each at most half
+  return fromWeights + fromRounding < 0.5 / (columns.parts * rows.parts);
+}
+
+// (sum + half) / product for all sums in reach; what is negative stays so, or becomes 0.
+Fractions Divided(int columnParts, int rowParts) noexcept {
+  const int product = columnParts * rowParts;
+  Fractions result{columnParts, rowParts, static_cast<std::int16_t>(product / 2), 0, 0};
+  for (int shift = 0; shift < 8; ++shift) {
+    const int power = 0x10000 << shift;
+    const int factor = (power + product - 1) / product;
+    if (factor <= 0x7FFF && static_cast<std::int64_t>(factor * product - power) * MostSum(product) < power) {
+      result.factor = static_cast<std::int16_t>(factor);
+      result.shift = shift;
+    }
+  }
+  return result.factor != 0 ? result : Fractions{};
+}
+
+void RowsFrom(std::size_t i, const BlendedRows& rows, const Fractions& fractions, std::size_t pixels,
+              unsigned char* out) noexcept {
+  const int parts = fractions.columnParts * fractions.rowParts;
+  for (; i < pixels; ++i) {
+    std::int16_t a[kPixel], b[kPixel];
+    std::memcpy(a, rows.first + i * kPair, sizeof a);
+    std::memcpy(b, rows.second + i * kPair, sizeof b);
+    for (std::size_t n = 0; n < kPixel; ++n) {
+      const int sum = a[n] * rows.firstCount + b[n] * rows.secondCount + fractions.half;
+      out[i * kPixel + n] = static_cast<unsigned char>(std::clamp(sum, 0, 256 * parts - 1) / parts);
+    }
+  }
+}
+
+// What a row of numbers takes in each tier: the sums of some pixels, divided.
+
+struct FactorsSse2 {
+  __m128i first, second, half, factor, shift;
+};
+template <bool kOneRow>
+QXV_ALWAYS_INLINE __m128i TwoPixelsSse2(const BlendedRows& rows, const FactorsSse2& by, std::size_t i) noexcept {
+  const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows.first + i * kPair));
+  __m128i sum = _mm_add_epi16(_mm_mullo_epi16(a, by.first), by.half);
+  if constexpr (!kOneRow) {
+    const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows.second + i * kPair));
+    sum = _mm_add_epi16(sum, _mm_mullo_epi16(b, by.second));
+  }
+  return _mm_sra_epi16(_mm_mulhi_epi16(sum, by.factor), by.shift);
+}
+
+template <bool kOneRow>
+void RowsSse2(const BlendedRows& rows, const Fractions& fractions, std::size_t pixels, unsigned char* out) noexcept {
+  const FactorsSse2 by = {_mm_set1_epi16(static_cast<short>(rows.firstCount)),
+                          _mm_set1_epi16(static_cast<short>(rows.secondCount)), _mm_set1_epi16(fractions.half),
+                          _mm_set1_epi16(fractions.factor), _mm_cvtsi32_si128(fractions.shift)};
+  std::size_t i = 0;
+  for (; i + 4 <= pixels; i += 4) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i * kPixel),
+                     _mm_packus_epi16(TwoPixelsSse2<kOneRow>(rows, by, i), TwoPixelsSse2<kOneRow>(rows, by, i + 2)));
+  }
+  RowsFrom(i, rows, fractions, pixels, out);
+}
+
+struct FactorsAvx2 {
+  __m256i first, second, half, factor;
+  __m128i shift;
+};
+template <bool kOneRow>
+QXV_INLINE_AVX2 __m256i FourPixelsAvx2(const BlendedRows& rows, const FactorsAvx2& by, std::size_t i) noexcept {
+  const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(rows.first + i * kPair));
+  __m256i sum = _mm256_add_epi16(_mm256_mullo_epi16(a, by.first), by.half);
+  if constexpr (!kOneRow) {
+    const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(rows.second + i * kPair));
+    sum = _mm256_add_epi16(sum, _mm256_mullo_epi16(b, by.second));
+  }
+  return _mm256_sra_epi16(_mm256_mulhi_epi16(sum, by.factor), by.shift);
+}
+
+template <bool kOneRow>
+QXV_TARGET_AVX2 void RowsAvx2(const BlendedRows& rows, const Fractions& fractions, std::size_t pixels,
+                              unsigned char* out) noexcept {
+  const FactorsAvx2 by = {_mm256_set1_epi16(static_cast<short>(rows.firstCount)),
+                          _mm256_set1_epi16(static_cast<short>(rows.secondCount)), _mm256_set1_epi16(fractions.half),
+                          _mm256_set1_epi16(fractions.factor), _mm_cvtsi32_si128(fractions.shift)};
+  std::size_t i = 0;
+  for (; i + 8 <= pixels; i += 8) {
+    const __m256i packed = _mm256_packus_epi16(FourPixelsAvx2<kOneRow>(rows, by, i), FourPixelsAvx2<kOneRow>(rows, by, i + 4));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i * kPixel), _mm256_permute4x64_epi64(packed, 0xD8));
+  }
+  RowsFrom(i, rows, fractions, pixels, out);
+}
+
+struct FactorsAvx512 {
+  __m512i first, second, half, factor;
+  __m128i shift;
+};
+template <bool kOneRow>
+QXV_INLINE_AVX512 __m512i EightPixelsAvx512(const BlendedRows& rows, const FactorsAvx512& by, std::size_t i) noexcept {
+  __m512i sum = _mm512_add_epi16(_mm512_mullo_epi16(_mm512_loadu_si512(rows.first + i * kPair), by.first), by.half);
+  if constexpr (!kOneRow) {
+    sum = _mm512_add_epi16(sum, _mm512_mullo_epi16(_mm512_loadu_si512(rows.second + i * kPair), by.second));
+  }
+  return _mm512_sra_epi16(_mm512_mulhi_epi16(sum, by.factor), by.shift);
+}
+
+template <bool kOneRow>
+QXV_TARGET_AVX512 void RowsAvx512(const BlendedRows& rows, const Fractions& fractions, std::size_t pixels,
+                                  unsigned char* out) noexcept {
+  const FactorsAvx512 by = {_mm512_set1_epi16(static_cast<short>(rows.firstCount)),
+                            _mm512_set1_epi16(static_cast<short>(rows.secondCount)), _mm512_set1_epi16(fractions.half),
+                            _mm512_set1_epi16(fractions.factor), _mm_cvtsi32_si128(fractions.shift)};
+  const __m512i inOrder = _mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7);
+  std::size_t i = 0;
+  for (; i + 16 <= pixels; i += 16) {
+    const __m512i packed =
+        _mm512_packus_epi16(EightPixelsAvx512<kOneRow>(rows, by, i), EightPixelsAvx512<kOneRow>(rows, by, i + 8));
+    _mm512_storeu_si512(out + i * kPixel, _mm512_permutexvar_epi64(inOrder, packed));
+  }
+  RowsFrom(i, rows, fractions, pixels, out);
+}
+
+template <bool kOneRow>
+constexpr os::KernelTable<decltype(&RowsSse2<false>)> kRows{{&RowsSse2<kOneRow>, &RowsAvx2<kOneRow>, &RowsAvx512<kOneRow>}};
+
+}  // namespace
+
+SideWeights WeightsOf(std::int32_t sourceSide, std::int32_t side) noexcept {
+  const std::int32_t parts = side / std::gcd(side, sourceSide);
+  if (parts > kMostParts) {
+    return {};
+  }
+  SideWeights result{parts, 0, 1};
+  for (std::int32_t i = 0; i < side; ++i) {
+    const Tap tap = TapAt(i, sourceSide, side);
+    const int first = CountOfParts(tap.firstWeight, parts), second = CountOfParts(tap.secondWeight, parts);
+    if (first + second != parts || std::abs(first - second) > 3 * parts) {
+      return {};
+    }
+    const double off = double{tap.firstWeight} - static_cast<double>(first) / parts;
+    const double sumOff = double{tap.firstWeight} + double{tap.secondWeight} - 1;
+    result.error = std::max(result.error, std::abs(off) + std::abs(sumOff));
+    result.reach = std::max(result.reach, static_cast<double>(std::abs(first) + std::abs(second)) / parts);
+  }
+  return result;
+}
+
+Fractions FractionsFor(const SideWeights& columns, const SideWeights& rows) noexcept {
+  if (columns.parts == 0 || rows.parts == 0) {
+    return {};
+  }
+  if (IsExact(columns) && IsExact(rows)) {
+    return Divided(kExactParts, kExactParts);
+  }
+  const int product = columns.parts * rows.parts;
+  return product % 2 != 0 && product <= kMostParts && RoundsAlike(columns, rows) ? Divided(columns.parts, rows.parts)
+                                                                                 : Fractions{};
+}
+
+int CountOfParts(float weight, int parts) noexcept {
+  const float count = weight * static_cast<float>(parts);
+  return static_cast<int>(count < 0 ? count - 0.5f : count + 0.5f);
+}
+
+void BlendRows(const BlendedRows& rows, const Fractions& fractions, std::size_t pixels, unsigned char* out) noexcept {
+  if (rows.first == rows.second) {
+    const BlendedRows alone{rows.first, rows.first, rows.firstCount + rows.secondCount, 0};
+    kRows<true>.Active()(alone, fractions, pixels, out);
+  } else {
+    kRows<false>.Active()(rows, fractions, pixels, out);
+  }
+}
+
+}  // namespace qxv
