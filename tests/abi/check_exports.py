@@ -53,6 +53,9 @@ def check(table_path, library_path, objects_path=None):
 def write(table_path, so_path, dll_path, objects_path=None):
     linux, windows = Library(so_path), Library(dll_path, read_objects(objects_path))
     lines, left, right = pair_up(linux.names, windows.names)
+    # What became inline stays listed while both still hand it out: programs built before look for it there.
+    lines |= {line for line in read_table(table_path)
+              if spell(line, "linux") in linux.optional and spell(line, "windows") in windows.optional}
     for system, names in (("Linux", left), ("Windows", right)):
         for name in sorted(names):
             print(f"only {system} exports {name}")
