@@ -104,6 +104,7 @@ bool operator!=(const CQXArray<T, ARG_T>& a, const CQXArray<T, ARG_T>& b) {
   return !(a == b);
 }
 
+/// @cond specialisations of a name that is not ours
 template <>
 struct std::hash<CQXString> {
   std::size_t operator()(const CQXString& text) const noexcept { return std::hash<qxv::TextView>()(qxv::ToView(text)); }
@@ -115,3 +116,4 @@ struct std::hash<QX_GUID> {
     return std::hash<std::string_view>()(std::string_view(reinterpret_cast<const char*>(&id), sizeof id));
   }
 };
+/// @endcond

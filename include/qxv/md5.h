@@ -11,7 +11,7 @@
 
 /// The digest of what Update is given, from Initialize to Final.
 ///
-/// With interruption support, SaveContext writes the state of the digest into the file <folder>\<id>.MD5frag (docs/md5.md), and
+/// With interruption support, SaveContext writes the state of the digest into the file `<folder>\<id>.MD5frag` (docs/md5.md), and
 /// an Initialize with the same folder and id goes on from there, in another process or on another system just as well. Of several
 /// objects with one folder and id, one at a time holds the file. Trouble with the file never stops the digest; it is told to the
 /// debugger's output.

@@ -21,14 +21,14 @@ QXV_API int QXVIsUNCPath(const CQXString& path);
 QXV_API int QXVIsLocalPath(const CQXString& path);
 
 /// The local form of a network path. Of several mappings that match, a drive connected by address comes before all others, then
-/// the earliest of the table. A path without a mapping, or in the local form already, comes back unchanged; LOCAL\D:\x gives
-/// D:\x.
+/// the earliest of the table. A path without a mapping, or in the local form already, comes back unchanged; `LOCAL\D:\x`
+/// gives `D:\x`.
 /// @param local  may be the same object
 /// @return always 0
 QXV_API int QXVUNC2Local(CQXString& local, const CQXString& network);
 
-/// The network form of a local path: on a special drive Local\ and the path; by the first mapping whose folder contains it
-/// \\server\share and the rest; otherwise Local\ and the path, too. Empty stays empty, a network path comes back unchanged.
+/// The network form of a local path: on a special drive "Local\" and the path; by the first mapping whose folder contains it
+/// `\\server\share` and the rest; otherwise "Local\" and the path, too. Empty stays empty, a network path comes back unchanged.
 /// @param network  may be the same object
 /// @return always 0
 QXV_API int QXVLocal2UNC(CQXString& network, const CQXString& local);

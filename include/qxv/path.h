@@ -53,7 +53,8 @@ QXV_API CQXString QXVGetFilePath(CQXString path);
 /// Everything behind the last backslash or slash; the whole text without one.
 QXV_API CQXString QXVGetFileName(CQXString path);
 
-/// Everything behind the last point of the whole text, wherever it stands: C:\ver1.2\readme gives 2\readme. Empty without one.
+/// Everything behind the last point of the whole text, wherever it stands: `C:\ver1.2\readme` gives `2\readme`. Empty without
+/// one.
 QXV_API CQXString QXVGetFileType(const QXChar* path);
 
 // Folders and files.
