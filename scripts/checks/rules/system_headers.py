@@ -26,6 +26,7 @@ ADAPTERS = [
     (re.compile(r"libxml/.*"), re.compile(r"src/os/\w+\.(h|cpp)"), "the XML source in src/os"),
     (re.compile(r"sqlite3\.h"), re.compile(r"src/os/\w+\.(h|cpp)"), "the registry source in src/os"),
     (re.compile(r"j(peglib|error|config|morecfg)\.h|turbojpeg\.h"), re.compile(r"src/jpeg_codec/\w+\.(h|cpp)"), "src/jpeg_codec"),
+    (re.compile(r"CLI/.*"), re.compile(r"tools/qxvtool/support/arguments\.h"), "tools/qxvtool/support/arguments.h"),
 ]
 PEERS = re.compile(r"bench/.*|tests/.*")  # measured beside, or compared with, any library
 
@@ -38,7 +39,7 @@ OPERATING_SYSTEM = re.compile(r"""(?x) (sys|net|netinet|arpa|linux|asm|bits)/.* 
 WINDOWS = re.compile(r"(?i)windows\.h")
 WINDOWS_IN = ("src/os/win_api.h", "include/qxv/types.h")
 PUBLIC_EXCEPTIONS = {"include/qxv/types.h": re.compile(r"windows\.h|mmreg\.h|afxwin\.h"), "include/qxv/host.h": re.compile(r"(?i)(afx|atl)\w*\.h")}
-SYSTEM_FOLDERS = re.compile(r"src/os/.*|tests/(support|os|abi)/.*")
+SYSTEM_FOLDERS = re.compile(r"src/os/.*|tests/(support|os|abi)/.*|tools/qxvtool/support/console_(posix|win)\.cpp")
 
 
 def refusal(path, name):
@@ -60,7 +61,7 @@ def refusal(path, name):
             return None if sources.fullmatch(path) else f"only {where} includes it"
     if SYSTEM_FOLDERS.fullmatch(path):
         return None
-    return "the system and foreign libraries are reached through src/os: call what it offers or add it there"
+    return "the system and foreign libraries are reached through src/os (a tool: its console): call what it offers or add it there"
 
 
 def check(tree):
