@@ -4,6 +4,7 @@
 
 #include "image/bmp.h"
 
+#include "image/pixel_memory.h"
 #include "image/rows.h"
 #include "streams/byte_reader.h"
 #include "streams/byte_writer.h"
@@ -152,7 +153,7 @@ Status DecodeImage(FileReader& in, const Header& header, Picture& picture) {
     return kStatusImageBadData;
   }
   const unsigned bytesPerPixel = header.bitsPerPixel == 32 ? 4 : kBytesPerColour;
-  picture.pixels.reset(new unsigned char[PixelBytes(header.width, header.height, bytesPerPixel)]);
+  picture.pixels = NewPixels(PixelBytes(header.width, header.height, bytesPerPixel));
   const bool whole = PaletteEntries(header.bitsPerPixel) != 0 ? DecodeIndexedRows(in, header, picture.pixels.get())
                                                               : ReadRows(in, rows, picture.pixels.get());
   return whole ? kStatusOk : kStatusImageBadData;

@@ -5,6 +5,7 @@
 
 #include "image/frame_copy.h"
 #include "image/image_probe.h"
+#include "image/pixel_memory.h"
 #include "os/code_page.h"
 #include "os/tiff_messages.h"
 #include "streams/file_pieces.h"
@@ -280,8 +281,7 @@ Status CQXVFreeImage::Borrow(std::uint32_t index, std::uint32_t layout, ForeignF
 
 Picture CQXVFreeImage::Placed(const ForeignFrame& frame) const {
   const unsigned bytesPerPixel = frame.layout == kLayoutBgra ? 4 : 3;
-  Picture placed{m_facts.width, m_facts.height, nullptr};
-  placed.pixels.reset(new unsigned char[static_cast<std::size_t>(PixelBytes(placed.width, placed.height, bytesPerPixel))]);
+  Picture placed{m_facts.width, m_facts.height, NewPixels(PixelBytes(m_facts.width, m_facts.height, bytesPerPixel))};
   PlaceFrame(frame.view, frame.place, static_cast<std::size_t>(placed.width), static_cast<std::size_t>(placed.height),
              bytesPerPixel, placed.pixels.get());
   return placed;

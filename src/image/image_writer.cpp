@@ -4,6 +4,7 @@
 
 #include "image/gif.h"
 #include "image/pixel_layout.h"
+#include "image/pixel_memory.h"
 
 #include <cstring>
 #include <limits>
@@ -130,7 +131,7 @@ Status CQXImageWriter::EncodeStill(const qxv::PictureCodec& codec) const {
   const std::size_t held = FrameSize();
   std::unique_ptr<unsigned char[]> extended;
   if (held < wanted) {
-    extended.reset(new unsigned char[wanted]);
+    extended = qxv::NewPixels(wanted);
     std::memcpy(extended.get(), m_frames[0].get(), held);
     std::memset(extended.get() + held, 0, wanted - held);
   }

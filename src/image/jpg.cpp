@@ -3,6 +3,7 @@
 
 #include "image/jpg.h"
 
+#include "image/pixel_memory.h"
 #include "image/rows.h"
 #include "jpeg_codec/jpeg_codec.h"
 #include "streams/file_pieces.h"
@@ -37,7 +38,7 @@ struct Compressed {
 
 // Into a block with the room that the library is promised; the picture stays where it was decoded, at its start.
 [[nodiscard]] Status DecodeImage(const Compressed& file, QXVJpegImage& image, Picture& picture) {
-  picture.pixels.reset(new unsigned char[static_cast<std::size_t>(JpegDecodeRoom(image.width, image.height))]);
+  picture.pixels = NewPixels(JpegDecodeRoom(image.width, image.height));
   image.pixels = picture.pixels.get();
   return ::DecodeJpeg(&file.stream, &image) == 0 ? kStatusOk : kStatusImageForeign;
 }

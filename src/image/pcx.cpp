@@ -6,6 +6,7 @@
 
 #include "image/pcx_planes.h"
 #include "image/pcx_runs.h"
+#include "image/pixel_memory.h"
 #include "streams/byte_reader.h"
 #include "streams/byte_writer.h"
 #include "streams/file_pieces.h"
@@ -201,7 +202,7 @@ Status DecodeImage(FileReader& in, const Header& header, Picture& picture) {
   if (FewestBytes(kind, width, height) > in.Left()) {
     return kStatusImageBadData;
   }
-  picture.pixels.reset(new unsigned char[PixelBytes(header.width, header.height, kBytesPerPixel)]);
+  picture.pixels = NewPixels(PixelBytes(header.width, header.height, kBytesPerPixel));
   unsigned char* const pixels = picture.pixels.get();
   const bool whole = kind == PixelKind::ThreePlanes ? DecodeThreePlanes(in, width, height, pixels)
                      : kind == PixelKind::Bits      ? DecodeBits(in, width, height, pixels)

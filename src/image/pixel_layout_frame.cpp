@@ -4,6 +4,7 @@
 #include "image/pixel_layout_frame.h"
 
 #include "image/pixel_layout.h"
+#include "image/pixel_memory.h"
 #include "image/resample.h"
 
 #include <algorithm>
@@ -147,7 +148,7 @@ std::unique_ptr<unsigned char[]> NewFrame(const FrameShape& shape, unsigned byte
   if (bytes > static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max())) {
     throw std::bad_alloc();
   }
-  return std::unique_ptr<unsigned char[]>(new unsigned char[static_cast<std::size_t>(bytes)]);
+  return NewPixels(bytes);
 }
 
 Status ConvertFrame(const FrameShape& from, const unsigned char* in, const FrameShape& to, unsigned char* out) {

@@ -4,6 +4,7 @@
 
 #include "image/tga.h"
 
+#include "image/pixel_memory.h"
 #include "image/rows.h"
 #include "os/intrinsics.h"
 #include "streams/byte_reader.h"
@@ -233,7 +234,7 @@ Status DecodeImage(FileReader& in, const Header& header, Picture& picture) {
   if (!SupportedFormat(header) || FewestBytes(header) > in.Left()) {
     return kStatusImageBadData;
   }
-  picture.pixels.reset(new unsigned char[PixelBytes(header.width, header.height, kBytesPerPixel)]);
+  picture.pixels = NewPixels(PixelBytes(header.width, header.height, kBytesPerPixel));
   unsigned char* const pixels = picture.pixels.get();
   const bool whole = header.depth == 32   ? DecodeAs<4>(in, header, pixels)
                      : header.depth == 24 ? DecodeAs<3>(in, header, pixels)

@@ -3,6 +3,7 @@
 
 #include "image/yuv.h"
 
+#include "image/pixel_memory.h"
 #include "image/rows.h"
 #include "streams/byte_reader.h"
 #include "streams/byte_writer.h"
@@ -48,7 +49,7 @@ Status DecodeImage(FileReader& in, const Header& header, Picture& picture) {
   if (bytes > in.Left()) {
     return kStatusImageBadData;
   }
-  picture.pixels.reset(new unsigned char[bytes]);
+  picture.pixels = NewPixels(bytes);
   return ReadRows(in, RowsOf(header), picture.pixels.get()) ? kStatusOk : kStatusImageBadData;
 }
 

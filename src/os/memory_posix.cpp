@@ -11,7 +11,7 @@
 namespace qxv::os {
 
 void PreferLargePages(void* block, std::size_t bytes) noexcept {
-  constexpr std::size_t kLeast = std::size_t{16} << 20;
+  constexpr std::size_t kLeast = std::size_t{4} << 20;
   if (bytes < kLeast) {
     return;
   }

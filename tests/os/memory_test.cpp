@@ -14,7 +14,7 @@ namespace {
 TEST(Memory, AdviceChangesNoByteInsideOrBesideTheBlock) {
   constexpr std::size_t kMiB = std::size_t{1} << 20;
   std::vector<unsigned char> bytes(40 * kMiB, 0x5A);
-  for (const std::size_t size : {std::size_t{0}, std::size_t{1}, 16 * kMiB - 1, 16 * kMiB, 16 * kMiB + 4095, 33 * kMiB}) {
+  for (const std::size_t size : {std::size_t{0}, std::size_t{1}, 4 * kMiB - 1, 4 * kMiB, 4 * kMiB + 4095, 33 * kMiB}) {
     SCOPED_TRACE(size);
     for (const std::size_t before : {std::size_t{0}, std::size_t{1}, std::size_t{4096}, std::size_t{5000}}) {
       qxv::os::PreferLargePages(bytes.data() + before, size);
