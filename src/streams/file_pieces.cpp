@@ -26,7 +26,7 @@ os::ErrorCode FileReader::Open(const QXChar* name) {
   if (error != os::kErrorNone) {
     return error;
   }
-  m_piece.reset(new unsigned char[2 * kCacheLine + kFilePiece]);
+  m_piece.reset(new unsigned char[2 * kCacheLine + 2 * kFilePiece]);  // what is left of a piece, and the next one
   m_line = 2 * kCacheLine - reinterpret_cast<std::uintptr_t>(m_piece.get()) % kCacheLine;
   m_begin = m_at = m_end = m_line;
   m_length = static_cast<std::uint64_t>(length);
@@ -54,16 +54,16 @@ std::span<const unsigned char> FileReader::Peek(std::size_t least) noexcept {
     return AtHand();
   }
   const bool first = m_position == 0 && m_end == m_begin;
-  // What is left goes before a line of the cache, so that the system copies to one: to an odd place it copies at a quarter of the
-  // speed.
+  // What is left ends before a line of the cache, so that the system copies to one: to an odd place it copies at a quarter of the
+  // speed. Pieces have one size, so that they begin where pages of the file do.
   const std::size_t rest = m_end - m_at;
-  m_begin = rest <= kCacheLine ? m_line - rest : 0;
+  m_begin = m_line - rest % kCacheLine;
   std::memmove(m_piece.get() + m_begin, m_piece.get() + m_at, rest);
   m_at = m_begin;
   m_end = m_begin + rest;
   const std::size_t wanted = first ? std::max(kFirstPiece, least) : kFilePiece;
   std::size_t done = 0;
-  (void)os::ReadFromFile(m_file.Handle(), {m_piece.get() + m_end, wanted - rest}, done);
+  (void)os::ReadFromFile(m_file.Handle(), {m_piece.get() + m_end, wanted}, done);
   m_end += done;
   return AtHand();
 }
