@@ -2,6 +2,7 @@
 
 #include "qxv/vector2.h"
 
+#include "geometry/line_meeting.h"
 #include "geometry/tolerance.h"
 
 namespace {
@@ -49,14 +50,8 @@ int QXVGet2LineCrossPoint(const CQXVVector2& p0, const CQXVVector2& p1, const CQ
   if (QXVGet2LineRelation(p0, p1, q0, q1, position) != 0 || position != EQXV_2DPOSITION_INTERSECTING) {
     return -1;
   }
-  if (QXVIs3PointInLine(p0, p1, q0) != 0) {
-    point = q0;
-  } else if (QXVIs3PointInLine(p0, p1, q1) != 0) {
-    point = q1;
-  } else if (QXVIs3PointInLine(q0, q1, p0) != 0) {
-    point = p0;
-  } else if (QXVIs3PointInLine(q0, q1, p1) != 0) {
-    point = p1;
+  if (const CQXVVector2* shared = qxv::PointOnOtherLine(p0, p1, q0, q1); shared != nullptr) {
+    point = *shared;
   } else {
     const double distance0 = (q0 - Foot(p0, p1, q0)).GetModel();
     const double distance1 = (q1 - Foot(p1, p0, q1)).GetModel();

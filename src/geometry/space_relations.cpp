@@ -1,5 +1,6 @@
 // space_relations.cpp - how points, lines and planes of space lie to one another, and where they meet.
 
+#include "geometry/line_meeting.h"
 #include "geometry/triple.h"
 #include "qxv/vector3.h"
 
@@ -89,14 +90,8 @@ int QXVGet2LineCrossPoint(const CQXVVector3& p0, const CQXVVector3& p1, const CQ
   if (QXVGet2LineRelation(p0, p1, q0, q1, position) != 0 || position != EQXV_3DPOSITION_INTERSECTING) {
     return -1;
   }
-  if (QXVIs3PointInLine(p0, p1, q0) != 0) {
-    point = q0;
-  } else if (QXVIs3PointInLine(p0, p1, q1) != 0) {
-    point = q1;
-  } else if (QXVIs3PointInLine(q0, q1, p0) != 0) {
-    point = p0;
-  } else if (QXVIs3PointInLine(q0, q1, p1) != 0) {
-    point = p1;
+  if (const CQXVVector3* shared = qxv::PointOnOtherLine(p0, p1, q0, q1); shared != nullptr) {
+    point = *shared;
   } else {
     qxv::Assign(point, CrossByDistances(p0, p1, q0, q1));
   }

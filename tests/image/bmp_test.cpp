@@ -192,12 +192,7 @@ TEST(Bmp, RowsLongerThanAPieceAreRead) {
 TEST(Bmp, EveryFieldAtItsLimits) {
   const Held good = WithPixels(1, 1, "abc");
   const Held bad = Refused<CQXVBmp>();
-  struct {
-    const char* what;
-    std::uint64_t Fields::*field;
-    unsigned bytes;
-    Held expected[4];
-  } rows[] = {
+  const FieldLimits<Fields> rows[] = {
       {"signature", &Fields::signature, 2, {bad, bad, bad, bad}},
       {"file size", &Fields::fileSize, 4, {good, good, good, good}},
       {"reserved", &Fields::reserved, 4, {good, good, good, good}},
@@ -217,15 +212,7 @@ TEST(Bmp, EveryFieldAtItsLimits) {
       {"colours used", &Fields::coloursUsed, 4, {good, good, good, good}},
       {"important colours", &Fields::coloursImportant, 4, {good, good, good, good}},
   };
-  for (const auto& row : rows) {
-    const std::uint64_t signBit = std::uint64_t{1} << (8 * row.bytes - 1);
-    const std::uint64_t values[] = {0, 1, 2 * signBit - 1, signBit};
-    for (std::size_t i = 0; i < 4; ++i) {
-      Fields fields = Sides(1, 1);
-      fields.*row.field = values[i];
-      EXPECT_EQ(Decode<CQXVBmp>(File(fields, "abc")), row.expected[i]) << row.what << ' ' << values[i];
-    }
-  }
+  ExpectFieldsAtTheirLimits<CQXVBmp>(rows, Sides(1, 1), [](const Fields& fields) { return File(fields, "abc"); });
 }
 
 TEST(BmpMalformed, NegativeSidesAreRefusedInBothModes) {

@@ -108,6 +108,30 @@ Held DecodeHeader(const std::string& bytes) {
   return Decode<Codec>(bytes, ReadExtent::Header);
 }
 
+/// A field of a header, made of numbers called Fields, and what a codec holds of a file that has it at 0, at 1, at its maximum
+/// and with its sign bit alone.
+template <class Fields>
+struct FieldLimits {
+  const char* what;
+  std::uint64_t Fields::*field;
+  unsigned bytes;
+  Held expected[4];
+};
+
+/// @param file makes the file of some fields
+template <class Codec, class Fields, std::size_t Count, class MakeFile>
+void ExpectFieldsAtTheirLimits(const FieldLimits<Fields> (&rows)[Count], const Fields& others, MakeFile file) {
+  for (const FieldLimits<Fields>& row : rows) {
+    const std::uint64_t signBit = std::uint64_t{1} << (8 * row.bytes - 1);
+    const std::uint64_t values[] = {0, 1, 2 * signBit - 1, signBit};
+    for (std::size_t i = 0; i < 4; ++i) {
+      Fields fields = others;
+      fields.*row.field = values[i];
+      EXPECT_EQ(Decode<Codec>(file(fields)), row.expected[i]) << row.what << ' ' << values[i];
+    }
+  }
+}
+
 /// The file's bytes.
 template <class Codec>
 std::string Encode(std::int32_t width, std::int32_t height, const std::string& pixels) {

@@ -222,12 +222,7 @@ TEST(Pcx, EveryFieldAtItsLimits) {
   const Held bad = Refused<CQXVPcx>();
   const Held none = Sized(2, 1);
   const Held black = WithPixels(2, 1, Grey(0) + Grey(255));  // 'a' is 0110 0001
-  struct {
-    const char* what;
-    std::uint64_t Fields::*field;
-    unsigned bytes;
-    Held expected[4];
-  } rows[] = {
+  const FieldLimits<Fields> rows[] = {
       {"manufacturer", &Fields::manufacturer, 1, {bad, bad, bad, bad}},
       {"version", &Fields::version, 1, {good, good, good, good}},
       {"encoding", &Fields::encoding, 1, {bad, good, bad, bad}},
@@ -243,15 +238,7 @@ TEST(Pcx, EveryFieldAtItsLimits) {
       {"bytes a line", &Fields::bytesPerLine, 2, {good, good, good, good}},
       {"palette information", &Fields::paletteInformation, 2, {none, good, none, none}},
   };
-  for (const auto& row : rows) {
-    const std::uint64_t signBit = std::uint64_t{1} << (8 * row.bytes - 1);
-    const std::uint64_t values[] = {0, 1, signBit * 2 - 1, signBit};
-    for (std::size_t i = 0; i < 4; ++i) {
-      Fields fields;
-      fields.*row.field = values[i];
-      EXPECT_EQ(Decode<CQXVPcx>(File(fields, "adbecf")), row.expected[i]) << row.what << ' ' << values[i];
-    }
-  }
+  ExpectFieldsAtTheirLimits<CQXVPcx>(rows, Fields(), [](const Fields& fields) { return File(fields, "adbecf"); });
   Fields fields;
   fields.filler = '\xFF';
   EXPECT_EQ(Decode<CQXVPcx>(File(fields, "adbecf")), good);

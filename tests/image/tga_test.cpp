@@ -207,12 +207,7 @@ TEST(Tga, PacketsAcrossPieces) {
 TEST(Tga, EveryFieldAtItsLimits) {
   const Held good = WithPixels(2, 1, "abcdefgh");
   const Held bad = Refused<CQXVTga>();
-  struct {
-    const char* what;
-    std::uint64_t Fields::*field;
-    unsigned bytes;
-    Held expected[4];
-  } rows[] = {
+  const FieldLimits<Fields> rows[] = {
       {"ID length", &Fields::idLength, 1, {good, good, good, good}},
       {"colour map type", &Fields::mapType, 1, {good, good, good, good}},
       {"type", &Fields::type, 1, {bad, bad, bad, bad}},
@@ -226,15 +221,7 @@ TEST(Tga, EveryFieldAtItsLimits) {
       {"depth", &Fields::depth, 1, {bad, bad, bad, bad}},
       {"descriptor", &Fields::descriptor, 1, {good, good, good, good}},
   };
-  for (const auto& row : rows) {
-    const std::uint64_t signBit = std::uint64_t{1} << (8 * row.bytes - 1);
-    const std::uint64_t values[] = {0, 1, signBit * 2 - 1, signBit};
-    for (std::size_t i = 0; i < 4; ++i) {
-      Fields fields;
-      fields.*row.field = values[i];
-      EXPECT_EQ(Decode<CQXVTga>(File(fields, "abcdefgh")), row.expected[i]) << row.what << ' ' << values[i];
-    }
-  }
+  ExpectFieldsAtTheirLimits<CQXVTga>(rows, Fields(), [](const Fields& fields) { return File(fields, "abcdefgh"); });
 }
 
 TEST(TgaMalformed, OtherTypesAreRefusedInBothModes) {

@@ -82,12 +82,7 @@ TEST(Yuv, TheFileKeepsTheLow16BitsOfTheSidesAndAllRows) {
 TEST(Yuv, EveryFieldAtItsLimits) {
   const Held good = WithPixels(2, 1, "abcdef");
   const Held bad = Refused<CQXVYUV>();
-  struct {
-    const char* what;
-    std::uint64_t Fields::*field;
-    unsigned bytes;
-    Held expected[4];
-  } rows[] = {
+  const FieldLimits<Fields> rows[] = {
       {"byte 3", &Fields::zero3, 1, {good, good, good, good}},
       {"length", &Fields::length, 4, {good, good, good, good}},
       {"offset", &Fields::offset, 2, {good, good, good, good}},
@@ -98,15 +93,7 @@ TEST(Yuv, EveryFieldAtItsLimits) {
       {"bytes 20 to 27", &Fields::zero20, 8, {good, good, good, good}},
       {"bytes 28 to 30", &Fields::zero28, 3, {good, good, good, good}},
   };
-  for (const auto& row : rows) {
-    const std::uint64_t signBit = std::uint64_t{1} << (8 * row.bytes - 1);
-    const std::uint64_t values[] = {0, 1, signBit * 2 - 1, signBit};
-    for (std::size_t i = 0; i < 4; ++i) {
-      Fields fields;
-      fields.*row.field = values[i];
-      EXPECT_EQ(Decode<CQXVYUV>(File(fields)), row.expected[i]) << row.what << ' ' << values[i];
-    }
-  }
+  ExpectFieldsAtTheirLimits<CQXVYUV>(rows, Fields(), [](const Fields& fields) { return File(fields); });
 }
 
 TEST(YuvMalformed, OtherSignaturesAreRefused) {

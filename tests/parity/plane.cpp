@@ -1,6 +1,6 @@
 // plane.cpp - vectors and relations in the plane.
 
-#include "parity/trial.h"
+#include "parity/geometry.h"
 
 #include "qxv/vector2.h"
 
@@ -52,15 +52,6 @@ void Angles(Trial& t) {
 
 }  // namespace
 
-void RunPlane(Trial& t) {
-  for (int i = 0; i < 10000; ++i) {
-    Arithmetic(t);
-    Relations(t);
-  }
-  t.Take(Precision::TenDigits);
-  for (int i = 0; i < 3000; ++i) {
-    Angles(t);
-  }
-}
+void RunPlane(Trial& t) { RunGeometry(t, &Arithmetic, &Relations, &Angles); }
 
 }  // namespace parity

@@ -1,6 +1,6 @@
 // space.cpp - vectors and relations in space.
 
-#include "parity/trial.h"
+#include "parity/geometry.h"
 
 #include "qxv/vector3.h"
 
@@ -93,15 +93,6 @@ void Angles(Trial& t) {
 
 }  // namespace
 
-void RunSpace(Trial& t) {
-  for (int i = 0; i < 10000; ++i) {
-    Arithmetic(t);
-    Relations(t);
-  }
-  t.Take(Precision::TenDigits);
-  for (int i = 0; i < 3000; ++i) {
-    Angles(t);
-  }
-}
+void RunSpace(Trial& t) { RunGeometry(t, &Arithmetic, &Relations, &Angles); }
 
 }  // namespace parity
