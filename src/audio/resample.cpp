@@ -30,15 +30,15 @@ float ValueAt(const Source& source, std::int64_t i) noexcept {
   return static_cast<float>((position - whole) * s1 + (whole + 1 - position) * s0);
 }
 
-// The kernels write samples as long as both neighbours of a whole vector lie inside the source, and return their number.
+// The kernels write samples as long as both neighbours of a whole vector lie inside the source, and return their number. The
+// products i * source rate stay below 2^31, since count does times that rate: added up from vector to vector they are exact.
 
 std::int64_t InsideBaseline(const Source& source, float* target, std::int64_t count) noexcept {
-  const __m128d sourceRate = _mm_set1_pd(source.sourceRate), targetRate = _mm_set1_pd(source.targetRate);
-  const __m128d one = _mm_set1_pd(1);
-  __m128d index = _mm_setr_pd(0, 1);
+  const __m128d targetRate = _mm_set1_pd(source.targetRate), step = _mm_set1_pd(2 * source.sourceRate), one = _mm_set1_pd(1);
+  __m128d product = _mm_mul_pd(_mm_setr_pd(0, 1), _mm_set1_pd(source.sourceRate));
   std::int64_t i = 0;
-  for (; i + 2 <= count; i += 2, index = _mm_add_pd(index, _mm_set1_pd(2))) {
-    const __m128d position = _mm_div_pd(_mm_mul_pd(index, sourceRate), targetRate);
+  for (; i + 2 <= count; i += 2, product = _mm_add_pd(product, step)) {
+    const __m128d position = _mm_div_pd(product, targetRate);
     const __m128i k = _mm_cvttpd_epi32(position);
     const std::int64_t both = _mm_cvtsi128_si64(k);
     const std::int64_t k0 = static_cast<std::int32_t>(both), k1 = both >> 32;
@@ -68,12 +68,12 @@ QXV_TARGET_AVX2 std::int64_t InsideAvx2(const Source& source, float* target, std
   if (source.sourceRate >= kClosestSteps * source.targetRate) {
     return InsideBaseline(source, target, count);
   }
-  const __m256d sourceRate = _mm256_set1_pd(source.sourceRate), targetRate = _mm256_set1_pd(source.targetRate);
+  const __m256d targetRate = _mm256_set1_pd(source.targetRate), step = _mm256_set1_pd(4 * source.sourceRate);
   const __m256d one = _mm256_set1_pd(1);
-  __m256d index = _mm256_setr_pd(0, 1, 2, 3);
+  __m256d product = _mm256_mul_pd(_mm256_setr_pd(0, 1, 2, 3), _mm256_set1_pd(source.sourceRate));
   std::int64_t i = 0;
-  for (; i + 4 <= count; i += 4, index = _mm256_add_pd(index, _mm256_set1_pd(4))) {
-    const __m256d position = _mm256_div_pd(_mm256_mul_pd(index, sourceRate), targetRate);
+  for (; i + 4 <= count; i += 4, product = _mm256_add_pd(product, step)) {
+    const __m256d position = _mm256_div_pd(product, targetRate);
     const __m128i k = _mm256_cvttpd_epi32(position);
     const std::int64_t first = _mm_cvtsi128_si32(k);
     if (first + 9 > source.count) {
@@ -94,13 +94,13 @@ QXV_TARGET_AVX512 std::int64_t InsideAvx512(const Source& source, float* target,
   if (source.sourceRate >= kClosestSteps * source.targetRate) {
     return InsideBaseline(source, target, count);
   }
-  const __m512d sourceRate = _mm512_set1_pd(source.sourceRate), targetRate = _mm512_set1_pd(source.targetRate);
+  const __m512d targetRate = _mm512_set1_pd(source.targetRate), step = _mm512_set1_pd(8 * source.sourceRate);
   const __m512d one = _mm512_set1_pd(1);
   const __m512i neighbours = _mm512_setr_epi32(0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 1);
-  __m512d index = _mm512_setr_pd(0, 1, 2, 3, 4, 5, 6, 7);
+  __m512d product = _mm512_mul_pd(_mm512_setr_pd(0, 1, 2, 3, 4, 5, 6, 7), _mm512_set1_pd(source.sourceRate));
   std::int64_t i = 0;
-  for (; i + 8 <= count; i += 8, index = _mm512_add_pd(index, _mm512_set1_pd(8))) {
-    const __m512d position = _mm512_div_pd(_mm512_mul_pd(index, sourceRate), targetRate);
+  for (; i + 8 <= count; i += 8, product = _mm512_add_pd(product, step)) {
+    const __m512d position = _mm512_div_pd(product, targetRate);
     const __m256i k = _mm512_cvttpd_epi32(position);
     const std::int64_t first = _mm_cvtsi128_si32(_mm256_castsi256_si128(k));
     if (first + 16 > source.count) {

@@ -202,13 +202,18 @@ QXV_TARGET_AVX2 void Encode16Avx2(const float* samples, unsigned char* bytes, st
   Encode16OfAvx2(samples + count - 16, bytes + 2 * (count - 16));
 }
 
+// Bytes are gathered once a half: gathering words of two vectors at once takes a third longer.
 QXV_INLINE_AVX512 void Encode16OfAvx512(const float* samples, unsigned char* bytes) noexcept {
   const __m512 scale = _mm512_set1_ps(kTo16);
-  const __m512i evenWords = _mm512_set_epi16(62, 60, 58, 56, 54, 52, 50, 48, 46, 44, 42, 40, 38, 36, 34, 32,  //
-                                             30, 28, 26, 24, 22, 20, 18, 16, 14, 12, 10, 8, 6, 4, 2, 0);
+  const __m512i lowBytes = _mm512_set_epi8(61, 60, 57, 56, 53, 52, 49, 48, 45, 44, 41, 40, 37, 36, 33, 32,  //
+                                           29, 28, 25, 24, 21, 20, 17, 16, 13, 12, 9, 8, 5, 4, 1, 0,        //
+                                           61, 60, 57, 56, 53, 52, 49, 48, 45, 44, 41, 40, 37, 36, 33, 32,  //
+                                           29, 28, 25, 24, 21, 20, 17, 16, 13, 12, 9, 8, 5, 4, 1, 0);
+  constexpr __mmask64 kUpperHalf = 0xFFFFFFFF00000000;
   const __m512i low = _mm512_cvttps_epi32(_mm512_mul_ps(_mm512_loadu_ps(samples), scale));
   const __m512i high = _mm512_cvttps_epi32(_mm512_mul_ps(_mm512_loadu_ps(samples + 16), scale));
-  _mm512_storeu_si512(bytes, _mm512_permutex2var_epi16(low, evenWords, high));
+  const __m512i words = _mm512_permutexvar_epi8(lowBytes, low);
+  _mm512_storeu_si512(bytes, _mm512_mask_permutexvar_epi8(words, kUpperHalf, lowBytes, high));
 }
 
 QXV_TARGET_AVX512 void Encode16Avx512(const float* samples, unsigned char* bytes, std::size_t count) noexcept {
@@ -258,24 +263,6 @@ QXV_TARGET_AVX2 void Decode24Avx2(const unsigned char* bytes, float* samples, st
   DecodeRest<3>(bytes, samples, i, count);
 }
 
-template <Store kStore>
-QXV_TARGET_AVX512 void Decode24Avx512(const unsigned char* bytes, float* samples, std::size_t count) noexcept {
-  const __m512 scale = _mm512_set1_ps(kFrom24);
-  const __m512i spread = _mm512_set_epi8(47, 46, 45, 0, 44, 43, 42, 0, 41, 40, 39, 0, 38, 37, 36, 0,  //
-                                         35, 34, 33, 0, 32, 31, 30, 0, 29, 28, 27, 0, 26, 25, 24, 0,  //
-                                         23, 22, 21, 0, 20, 19, 18, 0, 17, 16, 15, 0, 14, 13, 12, 0,  //
-                                         11, 10, 9, 0, 8, 7, 6, 0, 5, 4, 3, 0, 2, 1, 0, 0);  // the lowest byte is shifted out
-  std::size_t i = BeforeAligned(samples, 64, count);
-  DecodeRest<3>(bytes, samples, 0, i);
-  for (; i + 22 <= count; i += 16) {  // reads 64 bytes for 48
-    const __m512i raw = _mm512_loadu_si512(bytes + 3 * i);
-    const __m512i values = _mm512_srai_epi32(_mm512_permutexvar_epi8(spread, raw), 8);
-    StoreAvx512<kStore>(samples + i, _mm512_mul_ps(_mm512_cvtepi32_ps(values), scale));
-  }
-  EndOfStores<kStore>();
-  DecodeRest<3>(bytes, samples, i, count);
-}
-
 void Encode24(const float* samples, unsigned char* bytes, std::size_t count) noexcept { EncodeRest<3>(samples, bytes, 0, count); }
 
 QXV_TARGET_AVX2 void Encode24Avx2(const float* samples, unsigned char* bytes, std::size_t count) noexcept {
@@ -299,7 +286,7 @@ using Encode = void (*)(const float*, unsigned char*, std::size_t) noexcept;
 template <Store kStore>
 constexpr KernelTable<Decode> kDecode16{{&Decode16Baseline, &Decode16Avx2<kStore>, &Decode16Avx512<kStore>}};
 template <Store kStore>
-constexpr KernelTable<Decode> kDecode24{{&Decode24Baseline, &Decode24Avx2<kStore>, &Decode24Avx512<kStore>}};
+constexpr KernelTable<Decode> kDecode24{{&Decode24Baseline, &Decode24Avx2<kStore>, &Decode24Avx2<kStore>}};
 constexpr KernelTable<Encode> kEncode16{{&Encode16Baseline, &Encode16Avx2, &Encode16Avx512}};
 constexpr KernelTable<Encode> kEncode24{{&Encode24, &Encode24Avx2, &Encode24Avx2}};
 

@@ -31,23 +31,33 @@ void Split16Baseline(const unsigned char* bytes, float* first, float* second, st
   Split16Rest(bytes, first, second, i, count);
 }
 
+QXV_INLINE_AVX2 __m256 FirstOf8(__m256i pairs) noexcept {
+  return _mm256_mul_ps(_mm256_cvtepi32_ps(_mm256_srai_epi32(_mm256_slli_epi32(pairs, 16), 16)), _mm256_set1_ps(kFrom16));
+}
+
+QXV_INLINE_AVX2 __m256 SecondOf8(__m256i pairs) noexcept {
+  return _mm256_mul_ps(_mm256_cvtepi32_ps(_mm256_srai_epi32(pairs, 16)), _mm256_set1_ps(kFrom16));
+}
+
+// A whole line of the cache to one place, then one to the other: half a line to each in turn takes nearly twice as long.
 QXV_INLINE_AVX2 void Split16OfAvx2(const unsigned char* bytes, float* first, float* second) noexcept {
-  const __m256 scale = _mm256_set1_ps(kFrom16);
   const __m256i pairs = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes));
-  const __m256i low = _mm256_srai_epi32(_mm256_slli_epi32(pairs, 16), 16), high = _mm256_srai_epi32(pairs, 16);
-  _mm256_storeu_ps(first, _mm256_mul_ps(_mm256_cvtepi32_ps(low), scale));
-  _mm256_storeu_ps(second, _mm256_mul_ps(_mm256_cvtepi32_ps(high), scale));
+  const __m256i more = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(bytes + 32));
+  _mm256_storeu_ps(first, FirstOf8(pairs));
+  _mm256_storeu_ps(first + 8, FirstOf8(more));
+  _mm256_storeu_ps(second, SecondOf8(pairs));
+  _mm256_storeu_ps(second + 8, SecondOf8(more));
 }
 
 QXV_TARGET_AVX2 void Split16Avx2(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
-  if (count < 8) {
-    return Split16Rest(bytes, first, second, 0, count);
+  if (count < 16) {
+    return Split16Baseline(bytes, first, second, count);
   }
   Split16OfAvx2(bytes, first, second);
-  for (std::size_t i = BeforeAligned(first, 32, count); i + 8 <= count; i += 8) {
+  for (std::size_t i = BeforeAligned(first, 64, count); i + 16 <= count; i += 16) {
     Split16OfAvx2(bytes + 4 * i, first + i, second + i);
   }
-  const std::size_t last = count - 8;
+  const std::size_t last = count - 16;
   Split16OfAvx2(bytes + 4 * last, first + last, second + last);
 }
 
@@ -61,7 +71,7 @@ QXV_INLINE_AVX512 void Split16OfAvx512(const unsigned char* bytes, float* first,
 
 QXV_TARGET_AVX512 void Split16Avx512(const unsigned char* bytes, float* first, float* second, std::size_t count) noexcept {
   if (count < 16) {
-    return Split16Avx2(bytes, first, second, count);
+    return Split16Baseline(bytes, first, second, count);
   }
   Split16OfAvx512(bytes, first, second);
   for (std::size_t i = BeforeAligned(first, 64, count); i + 16 <= count; i += 16) {
