@@ -28,7 +28,7 @@ os::ErrorCode FileReader::Open(const QXChar* name) {
   }
   m_piece.reset(new unsigned char[2 * kCacheLine + 2 * kFilePiece]);  // what is left of a piece, and the next one
   m_line = 2 * kCacheLine - reinterpret_cast<std::uintptr_t>(m_piece.get()) % kCacheLine;
-  m_begin = m_at = m_end = m_line;
+  ForgetPiece();
   m_length = static_cast<std::uint64_t>(length);
   return os::kErrorNone;
 }
@@ -40,7 +40,7 @@ void FileReader::GoTo(std::uint64_t position) noexcept {
     m_position = position;
     return;
   }
-  m_begin = m_at = m_end = m_line;
+  ForgetPiece();
   m_position = position;
   const bool moved =
       os::SeekInFile(m_file.Handle(), static_cast<std::int64_t>(position), os::SeekOrigin::Begin) == os::kErrorNone;
@@ -83,8 +83,8 @@ std::span<const unsigned char> FileReader::Take(std::size_t count) noexcept {
 bool FileReader::Read(std::span<unsigned char> bytes) noexcept {
   while (!bytes.empty()) {
     std::size_t done = 0;
-    if (m_at == m_end && bytes.size() >= kFilePiece) {  // past our memory
-      m_begin = m_at = m_end = m_line;
+    if (m_at == m_end && bytes.size() >= kFilePiece && Left() > 0) {  // past our memory
+      ForgetPiece();
       (void)os::ReadFromFile(m_file.Handle(), bytes, done);
       m_position += done;
     } else {
@@ -102,7 +102,7 @@ bool FileReader::Read(std::span<unsigned char> bytes) noexcept {
 }
 
 bool FileReader::HasGrown() noexcept {
-  m_at = m_end = 0;
+  ForgetPiece();
   m_position = m_length;
   unsigned char byte = 0;
   std::size_t done = 0;

@@ -46,6 +46,7 @@ class FileReader {
 
  private:
   std::span<const unsigned char> AtHand() const noexcept { return {m_piece.get() + m_at, m_end - m_at}; }
+  void ForgetPiece() noexcept { m_begin = m_at = m_end = m_line; }
 
   os::File m_file;
   std::unique_ptr<unsigned char[]> m_piece;

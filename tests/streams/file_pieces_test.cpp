@@ -144,6 +144,16 @@ TEST(FileReader, BehindTheEndNothingIsLeft) {
   }
 }
 
+TEST(FileReader, NoBlockIsReadFromAPlaceThatCannotBe) {
+  const NumberedFile file(3 * kFilePiece);
+  FileReader in;
+  ASSERT_EQ(in.Open(file.name.c_str()), 0u);
+  in.GoTo(~std::uint64_t{0});
+  std::string block(kFilePiece, '?');
+  EXPECT_FALSE(in.Read({reinterpret_cast<unsigned char*>(block.data()), block.size()}));
+  EXPECT_EQ(block, std::string(kFilePiece, '?'));
+}
+
 TEST(FileReader, AFileThatIsCutMeanwhileEndsThere) {
   const NumberedFile file(2 * kFilePiece);
   FileReader in;
@@ -166,6 +176,9 @@ TEST(FileReader, TellsWhetherAFileHasGrownMeanwhile) {
   ASSERT_TRUE(support::WriteBytes(file.name, file.bytes + "x"));
   EXPECT_TRUE(in.HasGrown());
   EXPECT_EQ(in.Length(), 5000u);
+  in.GoTo(5400);
+  EXPECT_EQ(in.Left(), 0u);
+  EXPECT_TRUE(in.Take(1).empty());
 }
 
 // The system's part answers lack of memory by its own error.
