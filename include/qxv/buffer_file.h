@@ -34,11 +34,12 @@ class QXV_API CQXVBufferFileRW : public CQXVObject {
   virtual int Reset() = 0;
 
   /// Opens a file by name, sharing it for reading. A writer empties an existing file.
+  /// @param bRead       0 makes a writer, anything else a reader
   /// @param nBufferSize bytes of the block, at least 1024
   /// @return 1, or 0 with nothing changed: when the object is open, the name empty, the size too small, the file not to be had
   virtual int Open(const QXChar* pFileName, int bRead, unsigned int nBufferSize) = 0;
-  /// Each of these takes over what somebody else opened, goes to its start, and closes it at the end. A folder is refused.
-  /// A stream of 2 GiB or more has no readable bytes.
+  /// Each of these takes over what somebody else opened, goes to its start, and closes it at the end; a writer does not empty it.
+  /// A folder is refused. What is refused stays open and the caller's. A stream of 2 GiB or more has no readable bytes.
   virtual int Open(std::FILE* pStream, int bRead, unsigned int nBufferSize) = 0;
   virtual int Open(HANDLE hFile, int bRead, unsigned int nBufferSize) = 0;
   virtual int Open(CFile* pFile, int bRead, unsigned int nBufferSize) = 0;
@@ -46,7 +47,7 @@ class QXV_API CQXVBufferFileRW : public CQXVObject {
   /// Flushes what a writer holds and closes the file, adopted or not. @return 1, also when nothing is open
   virtual int Close() = 0;
 
-  /// Goes to a place inside the block, or makes another place the start of the block.
+  /// Goes to a place inside the block, or makes another place the start of the block. Offsets are bytes of the file.
   /// The system's own position is not moved: reading goes on where the last filling ended, writing where the last flush did. So
   /// callers seek only inside the block, or to the place where the file already stands. A writer that went back writes, at Close,
   /// only what stands before its position: it goes to the end first.
@@ -61,7 +62,7 @@ class QXV_API CQXVBufferFileRW : public CQXVObject {
 
   virtual unsigned int Read(CArray<SYSTEMTIME>& values) = 0;
   virtual unsigned int Read(SYSTEMTIME& value) = 0;
-  /// Counts 8 bytes an element.
+  /// The count before them, and with it the result, has 8 bytes a text, however long it is.
   virtual unsigned int Read(CQXArray<CQXString, CQXString&>& values) = 0;
   virtual unsigned int Read(CQXArray<CRect, CRect&>& values) = 0;
   virtual unsigned int Read(CQXArray<FILETIME, FILETIME&>& values) = 0;
@@ -78,7 +79,7 @@ class QXV_API CQXVBufferFileRW : public CQXVObject {
   virtual unsigned int Read(CQXArray<unsigned short, unsigned short&>& values) = 0;
   virtual unsigned int Read(CQXArray<char, char&>& values) = 0;
   virtual unsigned int Read(CQXArray<unsigned char, unsigned char&>& values) = 0;
-  /// Bytes without a count: 1 to the size of the block.
+  /// Bytes without a count before them: 1 to the size of the block, else 0.
   virtual unsigned int Read(unsigned char* pData, unsigned int nCount) = 0;
   /// An odd count leaves its last byte unread. The text ends at its first zero.
   virtual unsigned int Read(CQXString& value) = 0;
@@ -120,7 +121,7 @@ class QXV_API CQXVBufferFileRW : public CQXVObject {
   virtual unsigned int Write(const CQXArray<unsigned short, unsigned short&>& values) = 0;
   virtual unsigned int Write(const CQXArray<char, char&>& values) = 0;
   virtual unsigned int Write(const CQXArray<unsigned char, unsigned char&>& values) = 0;
-  /// Bytes without a count: 1 to the size of the block.
+  /// Bytes without a count before them: 1 to the size of the block, else 0.
   virtual unsigned int Write(const unsigned char* pData, unsigned int nCount) = 0;
   virtual unsigned int Write(const CQXString& value) = 0;
   virtual unsigned int Write(const CRect& value) = 0;

@@ -63,11 +63,11 @@ class QXV_API CQXVStreamBufIn {
   /// n as a 32-bit count, then n bytes when n is 1 or more. Null data counts as n = 0. The data may lie in this block.
   void in(const unsigned char* pData, int n);
 
-  /// Overwrites the four bytes at nOffset, a count or length written earlier as a placeholder. Ignored for an offset below 0 or
-  /// above the capacity less 4; bytes behind the position are overwritten again by what is put in later.
+  /// Overwrites the four bytes at nOffset from the start, a count or length written earlier as a placeholder. Ignored for an
+  /// offset below 0 or above the capacity less 4; bytes behind the position are overwritten again by what is put in later.
   void Set(int nOffset, int nValue);
 
-  /// The block, owned by this object and valid until the next operation that puts something in.
+  /// The start of the block, owned by this object and valid until the next operation that puts something in.
   /// @param nSize the position: bytes written. Negative from 2 GiB on.
   QXV_API_INLINE unsigned char* GetBuffer(int& nSize) {
     nSize = static_cast<int>(m_nPosition);
@@ -131,7 +131,8 @@ class QXV_API CQXVStreamBufIn {
 /// at a time.
 class QXV_API CQXVStreamBufOut {
  public:
-  /// The size is kept, but does not limit anything.
+  /// @param pData a block that a CQXVStreamBufIn, or whoever follows docs/stream-format.md, has filled; not copied
+  /// @param nSize its bytes; kept, but nothing is limited by it
   CQXVStreamBufOut(const unsigned char* pData, int nSize);
   CQXVStreamBufOut(const CQXVStreamBufOut& other);
   CQXVStreamBufOut& operator=(const CQXVStreamBufOut& other);

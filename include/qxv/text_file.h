@@ -54,10 +54,11 @@ class QXV_API CQXVtxtRW : public CQXVObject {
   ///   line without an end is not counted, so a match there gives one less.
   virtual int FindLine(const QXChar* text) = 0;
 
-  /// Writes the two texts, joined, as one line. Null is empty.
+  /// Writes the two texts, joined, as one line. Null is empty. @return as of the last WriteLine
   virtual int WriteLine(const QXChar* first, const QXChar* second) = 0;
 
-  /// Writes the fields with a separator between each two as one line; nothing, and returns 0, when there are none.
+  /// Writes the fields with a separator between each two as one line. @return as of the last WriteLine; without fields nothing is
+  /// written and the result is 0
   virtual int WriteLine(const CQXArray<CQXString, CQXString&>& fields, QXChar separator) = 0;
 
   /// Writes the text and CR LF at the end of the file. ANSI: a character that the code page lacks becomes "?". The line count
@@ -65,7 +66,8 @@ class QXV_API CQXVtxtRW : public CQXVObject {
   /// @return characters (UTF-16) or bytes (ANSI) of the text that were written
   virtual int WriteLine(const QXChar* text) = 0;
 
-  /// Empties the file, but for the mark of a UTF-16 file, and sets the line count to 1. The encoding stays.
+  /// Empties the file, but for the mark of a UTF-16 file, goes to its first character and sets the line count to 1. The encoding
+  /// and the line index stay. A file that cannot be emptied stays as it is; one that cannot be opened again is closed.
   virtual void Clear() = 0;
 
   /// Forgets path, line index and line count. May be called again.

@@ -49,12 +49,12 @@ class QXV_API CQXVUnicodeAnsiFile : public CQXVObject {
 
   /// Writes the text as a line at the position, which starts at the end: line feeds at its end are dropped, one is added, and
   /// each line feed is written as CR LF. So a text that ends in CR LF ends in CR CR LF. Null is empty. Nothing happens unless a
-  /// file is open for writing.
+  /// file is open for writing. Errors of writing are not reported.
   virtual void WriteLine(const QXChar* text) = 0;
 
   /// Reads a line, its end included. A line ends with the first unit whose low byte is 10 or 0: in a Unicode file also with
-  /// U+010A or U+0100, which is then its last character. At the end of the file one more, empty, line is read, unless the file
-  /// did not end with a line's end.
+  /// U+010A or U+0100, which is then its last character; a zero unit or byte is left out. At the end of the file one more, empty,
+  /// line is read, unless the file did not end with a line's end.
   /// @return 1, or 0 behind the end and when nothing is open for reading (the line is untouched then, empty behind the end)
   virtual int ReadLine(CQXString& line) = 0;
 
@@ -63,7 +63,7 @@ class QXV_API CQXVUnicodeAnsiFile : public CQXVObject {
   /// @return 0, also when there is nothing to convert; 0xFFFFFFFF when nothing is open and no target given; errors as of Open
   virtual unsigned int Convert(const QXChar* target) = 0;
 
-  /// May be called again.
+  /// Gives the copy and the file back. May be called again.
   virtual void Close() = 0;
 };
 

@@ -25,6 +25,7 @@ bool Quietly(Call call) noexcept {
   return false;
 }
 
+// Whether a signal ended the call, so that it is to be made again for the rest.
 bool IsInterrupted(std::FILE* stream) noexcept {
   if (std::ferror(stream) == 0 || errno != EINTR) {
     return false;
@@ -61,7 +62,8 @@ bool HandleIsUsable(HANDLE handle) noexcept {
          (information.attributes & os::kAttributeFolder) == 0;
 }
 
-// The run-time's own ftell has 32 bits where this began; a longer stream has no length.
+// KEPT: a stream's length is a signed number of 32 bits, and a longer one has none.
+//   Pinned by BufferFileKept.AStreamOf2GibibytesHasNoReadableBytes.
 std::int64_t ShortStreamLength(std::FILE* stream) noexcept {
   if (!os::SeekStream(stream, 0, os::SeekOrigin::End)) {
     return -1;

@@ -10,15 +10,15 @@
 
 namespace qxv {
 
-/// What is open, in the object's own order: the kind, then a slot for each form. Owns nothing by itself: Reset drops it, and a
-/// file is closed by Close only.
+/// What is open: the kind, and in one of three slots what it is reached by. A plain value that may be copied: nothing is closed
+/// unless Close is called.
 struct BufferFileSource {
   enum class Kind : std::int32_t {
     Closed = -1,
-    HostFile = 0,
-    Handle = 1,
-    Stream = 2,
-    Named = 3,  // a handle of our own
+    HostFile = 0,  // in m_file; its errors are exceptions
+    Handle = 1,    // in m_handle
+    Stream = 2,    // in m_stream
+    Named = 3,     // in m_handle, which OpenNamed opened
   };
 
   static BufferFileSource OfHostFile(CFile* file) noexcept { return {Kind::HostFile, file, INVALID_HANDLE_VALUE, nullptr}; }
@@ -27,16 +27,18 @@ struct BufferFileSource {
 
   bool IsOpen() const noexcept { return m_kind != Kind::Closed; }
 
-  /// Of a closed one: opens a file by name. False when that fails.
+  /// Of a closed one: opens a file by name, or creates and empties it for writing. Others may read it meanwhile. False when that
+  /// fails.
   [[nodiscard]] bool OpenNamed(const QXChar* name, bool forReading) noexcept;
 
-  /// Whether it is there, can be asked, and is no folder.
+  /// Whether there is something behind the slot, and it is no folder.
   [[nodiscard]] bool IsUsable() const noexcept;
 
-  /// What a reader takes as the file's length. False when the host file refuses to tell it.
+  /// What a reader takes as the file's length, in bytes: -1 for a stream that cannot tell it or has 2 GiB and more. False when
+  /// the system or the host file refuses to tell it. Moves a stream.
   [[nodiscard]] bool GetLength(std::int64_t& length) const noexcept;
 
-  // Errors are not reported by these.
+  // Errors are not reported by these. Counts are those of a block, below 4 GiB.
 
   void MoveToStart() const noexcept;
   /// @return bytes read, fewer than count at the end and on errors

@@ -54,8 +54,8 @@ std::span<const unsigned char> FileReader::Peek(std::size_t least) noexcept {
     return AtHand();
   }
   const bool first = m_position == 0 && m_end == m_begin;
-  // What is left ends before a line of the cache, so that the system copies to one: to an odd place it copies at a quarter of the
-  // speed. Pieces have one size, so that they begin where pages of the file do.
+  // What is left ends before a line of the cache, so that the system copies to one: to an odd place some processors copy at a
+  // quarter of the speed. Pieces have one size, so that they begin where pages of the file do.
   const std::size_t rest = m_end - m_at;
   m_begin = m_line - rest % kCacheLine;
   std::memmove(m_piece.get() + m_begin, m_piece.get() + m_at, rest);

@@ -15,23 +15,23 @@ namespace qxv {
 inline constexpr std::size_t kFilePiece = std::size_t{192} * 1024;
 
 /// Opened once. The length is taken then, so that what a header claims can be compared with what is left before anything is
-/// allocated. A file that is cut meanwhile reads as one that ends there.
+/// allocated. A file that is cut meanwhile reads as one that ends there, and so does one that can be read no further.
 class FileReader {
  public:
-  /// 0, or a Windows error number for what cannot be opened for reading, folders and pipes included.
+  /// 0, or a Windows error number for what cannot be opened for reading, folders and pipes included. Throws std::bad_alloc.
   [[nodiscard]] os::ErrorCode Open(const QXChar* name);
 
   std::uint64_t Length() const noexcept { return m_length; }
   std::uint64_t Left() const noexcept { return m_position < m_length ? m_length - m_position : 0; }
 
-  /// Goes to a place counted from the start of the file. Behind its end nothing is left.
+  /// Goes to a place, in bytes from the start of the file. Behind its end nothing is left.
   void GoTo(std::uint64_t position) noexcept;
 
   /// The next bytes in place, as many as are at hand: fewer than least (at most kFilePiece) only where the file ends. They stay
   /// until the next call of another function but Skip; the position does not move.
   [[nodiscard]] std::span<const unsigned char> Peek(std::size_t least) noexcept;
 
-  /// Moves over bytes that Peek has shown.
+  /// Moves over bytes that Peek has shown, at most as many.
   void Skip(std::size_t count) noexcept;
 
   /// The next count bytes (at most kFilePiece) in place, fewer where the file ends, and moves behind them: a header, to be taken
@@ -58,7 +58,7 @@ class FileReader {
   std::size_t m_end = 0;
 };
 
-/// Opened once. The destructor writes what is still in memory.
+/// Opened once. The destructor writes what is still in memory. Errors of writing show in Finish only.
 class FileWriter {
  public:
   FileWriter() noexcept = default;
@@ -66,13 +66,14 @@ class FileWriter {
   FileWriter& operator=(const FileWriter&) = delete;
   ~FileWriter() { Flush(); }
 
-  /// Creates the file, or empties it. 0, or a Windows error number.
+  /// Creates the file, or empties it. 0, or a Windows error number. Throws std::bad_alloc, and then the file is as it was.
   [[nodiscard]] os::ErrorCode Open(const QXChar* name);
 
   void Write(std::span<const unsigned char> bytes) noexcept;
   void Zeros(std::size_t count) noexcept;
 
-  /// A place for at least least bytes (at most kFilePiece), to be filled from its start on; Commit counts what was.
+  /// A place for at least least bytes (at most kFilePiece), to be filled from its start on before anything else is written.
+  /// Commit takes over the first count bytes of it.
   [[nodiscard]] std::span<unsigned char> Room(std::size_t least) noexcept;
   void Commit(std::size_t count) noexcept { m_end += count; }
 

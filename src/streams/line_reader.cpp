@@ -17,13 +17,13 @@ namespace {
 constexpr std::size_t kReadAhead = 256 * 1024;  // fits the second-level cache with room for the texts made of it
 constexpr std::size_t kCacheLine = 64;
 constexpr std::size_t kLongest = std::size_t{INT_MAX};  // units of a line
-constexpr unsigned char kCarriageReturn = 13;
 
+// A carriage return or a zero.
 LineStop FindStop(const unsigned char* bytes, std::size_t count) { return FindLineStop(bytes, count, kCarriageReturn, 0); }
 LineStop FindStop(const QXChar* units, std::size_t count) { return {FindUnit(units, count, kCarriageReturn, 0), false}; }
 
-// Where bytes that are kept begin, so that what is read behind them goes to a line of the cache: to an odd place the system
-// copies at a quarter of the speed. A multiple of the unit.
+// Where bytes that are kept begin, so that what is read behind them goes to a line of the cache: to an odd place some
+// processors copy at a quarter of the speed. A multiple of the unit.
 std::size_t BeginOf(const unsigned char* block, std::size_t kept, std::size_t unitBytes) noexcept {
   const std::size_t place = (0 - (reinterpret_cast<std::uintptr_t>(block) + kept)) % kCacheLine;
   return place - place % unitBytes;
@@ -64,8 +64,8 @@ void LineReader::Seek(std::int64_t position) noexcept {
   }
 }
 
-// Reads behind what there is; what was passed makes room. Nothing was appended meanwhile. False at the end of the file and on an
-// error.
+// Reads behind the bytes that are not yet passed; those that are make room. Nothing was appended since the last read. False at
+// the end of the file and on an error.
 bool LineReader::ReadMore(std::size_t unitBytes) {
   const std::int64_t here = Here();
   const std::size_t kept = m_end - m_at;

@@ -32,7 +32,8 @@ class LineReader {
  public:
   LineReader() noexcept = default;
 
-  /// Takes a stream, which stays the caller's, or null. Nothing is read ahead then and the position is 0.
+  /// Takes a stream, open for update or reading, or null. It stays the caller's, who closes it only after it was let go here; it
+  /// gets no buffer of its own. Nothing has been read ahead yet, and the position is 0.
   void Attach(std::FILE* stream) noexcept;
 
   [[nodiscard]] std::int64_t Position() noexcept {
@@ -45,12 +46,13 @@ class LineReader {
   /// Goes to a place of the file. What was read ahead is kept where that serves.
   void Seek(std::int64_t position) noexcept;
 
-  /// The next line, up to its end or the end of the file. Behind the end, or when nothing can be read, a line of no units that is
-  /// not ended. A byte that is half a unit at the end of the file is passed over. std::bad_alloc for more than INT_MAX units.
+  /// The next line, up to its end or the end of the file; an error of reading counts as the end of the file. Behind the end a
+  /// line of no units that is not ended. A byte that is half a unit at the end of the file is passed over. Throws std::bad_alloc,
+  /// also for more than INT_MAX units.
   template <class Unit>
   [[nodiscard]] RawLine<Unit> Next();
 
-  /// The next bytes, when so many have been read ahead already, or null. Skip passes them, as many or fewer.
+  /// The next count bytes, when as many have been read ahead already, or null. Skip passes as many of them, or fewer.
   [[nodiscard]] const unsigned char* Ahead(std::size_t count) const noexcept {
     return m_end - m_at >= count && !m_appended ? m_bytes.get() + m_at : nullptr;
   }
@@ -60,7 +62,8 @@ class LineReader {
   template <class Unit>
   [[nodiscard]] std::size_t CountLineEnds();
 
-  /// Up to size bytes at a place of the file, without moving the position.
+  /// Up to size bytes at a place of the file, without moving the position: fewer at the end of the file and on errors. Returns
+  /// how many.
   [[nodiscard]] std::size_t ReadAt(std::int64_t position, unsigned char* bytes, std::size_t size) noexcept;
 
   /// Writes the bytes at the end of the file, at once, and goes behind them. Returns how many were written.

@@ -156,6 +156,7 @@ QXV_INLINE_AVX512 Mask64 MaskAvx512(const UnitOf<what>* units, __m512i a, __m512
 
 // ---- finding: two masks a turn, so that lines of any ordinary length take one turn and no branch is guessed wrong ----
 
+// Index of the first bit of both masks, one behind the other. One of them has a bit.
 QXV_ALWAYS_INLINE std::size_t FirstOf(std::uint64_t first, std::uint64_t second) {
   const auto inSecond = static_cast<std::size_t>(std::countr_zero(second)) & (std::size_t{0} - (first == 0 ? 1 : 0));
   return static_cast<std::size_t>(std::countr_zero(first)) + inSecond;  // 64 for none: no branch
@@ -222,13 +223,12 @@ constexpr os::KernelTable<LineStop (*)(const UnitOf<what>*, std::size_t, UnitOf<
 
 // ---- counting ----
 
-constexpr unsigned char kCarriageReturn = 13;
-
 struct Tally {
   std::size_t count;
-  bool skipNext;
+  bool skipNext;  // the last unit was a counted carriage return: the next one belongs to it
 };
 
+// Of 64 units, mask has the carriage returns. Where none directly follows another, all of them count; else one by one.
 QXV_ALWAYS_INLINE void AddMask(Tally& tally, std::uint64_t mask) noexcept {
   const std::uint64_t skipped = tally.skipNext ? 1 : 0;
   if (((mask << 1 | skipped) & mask) == 0) {

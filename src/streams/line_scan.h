@@ -1,5 +1,4 @@
-// line_scan.h - ends of lines in texts of bytes and of 16-bit units, by vector instructions. Nothing outside the
-// ranges is read.
+// line_scan.h - ends of lines in texts of bytes and of 16-bit units, by vector instructions. Nothing outside the ranges is read.
 #pragma once
 
 #include "qxv/types.h"
@@ -8,13 +7,14 @@
 
 namespace qxv {
 
+inline constexpr unsigned char kCarriageReturn = 13;
+
 struct LineStop {
-  std::size_t at;
-  bool ascii;
+  std::size_t at;  // an index; the count when nothing was found
+  bool ascii;      // all bytes before it are certainly below 0x80
 };
 
-/// Index of the first byte that is a or b, count when there is none; and whether all bytes looked at are below 0x80, which may be
-/// false for bytes behind the index.
+/// The first byte that is a or b, and whether all before it are known to be below 0x80: bytes behind it may spoil that.
 [[nodiscard]] LineStop FindLineStop(const unsigned char* bytes, std::size_t count, unsigned char a, unsigned char b) noexcept;
 
 /// The index alone.

@@ -11,6 +11,7 @@
 #include "streams/ansi_text.h"
 #include "streams/byte_widening.h"
 #include "streams/line_reader.h"
+#include "streams/line_scan.h"
 
 #include <algorithm>
 #include <climits>
@@ -20,12 +21,12 @@
 
 namespace {
 
+using qxv::kCarriageReturn;
 using qxv::RawLine;
 using qxv::TextView;
 
 constexpr unsigned char kMark[] = {0xFF, 0xFE};
 constexpr int kUnknown = -1;
-constexpr unsigned char kCarriageReturn = 13;
 constexpr QXChar kLineEnd[] = {kCarriageReturn, 10};
 
 int ToInt(std::size_t count) noexcept { return static_cast<int>(std::min<std::size_t>(count, INT_MAX)); }

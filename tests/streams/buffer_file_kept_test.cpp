@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -329,6 +330,28 @@ TEST(BufferFileKept, AnArrayOfTextsCountsEightBytesEach) {
   }
   EXPECT_EQ(ReadBytes(path).substr(0, 8), Bytes({8, 0, 0, 0, 88, 0, 0, 0}));
   EXPECT_EQ(ReadBytes(path).size(), 96u);
+}
+
+TEST(BufferFileKept, AStreamOf2GibibytesHasNoReadableBytes) {
+  const TempFolder folder;
+  const Text path = folder.File(QXT("a.bin"));
+  const struct {
+    std::uintmax_t bytes;
+    unsigned int read;
+  } rows[] = {{0x7FFFFFFF, 1}, {0x80000000, 0}, {0x100000001, 0}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.bytes);
+    ASSERT_TRUE(WriteBytes(path, "x"));
+    std::filesystem::resize_file(support::NativePath(path), row.bytes);
+    OpenedFile stream = OpenReader(path, 1024, OpenedBy::Stream);
+    ASSERT_EQ(stream.opened, 1);
+    char byte = 0;
+    EXPECT_EQ(stream->Read(byte), row.read);
+    stream->Close();
+    OpenedFile named = OpenReader(path);
+    EXPECT_EQ(named->Read(byte), 1u);
+    EXPECT_EQ(byte, 'x');
+  }
 }
 
 }  // namespace
