@@ -7,8 +7,9 @@
 namespace qxv::os::system_clock {
 namespace {
 
-// The last second that this thread asked for, and the zone that it was asked in: whoever writes many lines a second asks for each
-// of them. A program that changes its zone calls tzset, which gives other names or another offset.
+// The last second that this thread asked for, and the zone that it was asked in: whoever writes many lines to a log asks for each
+// of them, and the C library's answer would be a twentieth of a short line's time. A program that changes its zone calls tzset,
+// which gives other names or another offset.
 struct LastSecond {
   std::time_t seconds = 0;
   long zone = 0;
