@@ -102,7 +102,7 @@ void ResampleRows(const ResizedRow& steps, const FrameShape& from, const SourceR
   const auto strip = [](bool needed, std::size_t pixels) {
     return std::unique_ptr<unsigned char[]>(needed ? new unsigned char[pixels * kWorkingBytes] : nullptr);
   };
-  const auto wide = strip(steps.widen != nullptr, sourceWidth);
+  const auto wide = strip(steps.widen != nullptr, 2 * sourceWidth);  // a row of even number and one of odd
   const auto blended = strip(steps.finish != nullptr || !target.IsWorking(), width);
   const auto working = strip(steps.finish != nullptr && !target.IsWorking(), width);
   const auto fetch = [&](std::int32_t row) -> const unsigned char* {
@@ -110,8 +110,9 @@ void ResampleRows(const ResizedRow& steps, const FrameShape& from, const SourceR
     if (steps.widen == nullptr) {
       return bytes;
     }
-    steps.widen(bytes, sourceWidth, wide.get());
-    return wide.get();
+    unsigned char* const place = wide.get() + static_cast<std::size_t>(row % 2) * sourceWidth * kWorkingBytes;
+    steps.widen(bytes, sourceWidth, place);
+    return place;
   };
   Resampler resampler({from.width, from.height}, {to.width, to.height});
   for (std::int32_t row = 0; row < to.height; ++row) {

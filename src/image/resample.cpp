@@ -31,17 +31,18 @@ Tap TapAt(std::int32_t index, std::int32_t sourceSide, std::int32_t side) noexce
 }
 
 Resampler::Resampler(PictureSides source, PictureSides result) : m_source(source), m_result(result) {
-  const SideWeights columns = WeightsOf(source.width, result.width);
-  m_columnsMeet = columns.parts == 1 && columns.error == 0;
-  m_fractions = FractionsFor(columns, WeightsOf(source.height, result.height));
+  const SideWeights columns = WeightsOf(source.width, result.width), rows = WeightsOf(source.height, result.height);
+  m_columnsMeet = columns.Meet();
+  const bool onlyPicks = m_columnsMeet && rows.Meet();
+  m_fractions = FractionsFor(columns, rows);
   const int parts = m_fractions.columnParts;
   const auto width = static_cast<std::size_t>(result.width);
   m_pairs.places.reset(new std::int32_t[2 * width]);
   m_pairs.pixels = width;
   m_pairs.sourcePixels = static_cast<std::size_t>(source.width);
-  if (parts != 0) {
+  if (!onlyPicks && parts != 0) {
     m_counts.reset(new signed char[2 * width]);
-  } else {
+  } else if (!onlyPicks) {
     m_weights.reset(new float[2 * width]);
   }
   for (std::size_t i = 0; i < width; ++i) {
@@ -49,17 +50,29 @@ Resampler::Resampler(PictureSides source, PictureSides result) : m_source(source
     const Tap taken = m_columnsMeet ? tap.Alone() : tap;
     m_pairs.places[2 * i] = taken.first;
     m_pairs.places[2 * i + 1] = taken.second;
-    if (parts != 0) {
+    if (m_counts) {
       m_counts[2 * i] = static_cast<signed char>(CountOfParts(taken.firstWeight, parts));
       m_counts[2 * i + 1] = static_cast<signed char>(CountOfParts(taken.secondWeight, parts));
-    } else {
+    } else if (m_weights) {
       m_weights[i] = taken.firstWeight;
       m_weights[width + i] = taken.secondWeight;
     }
   }
-  FindBlocks(m_pairs);
-  for (PreparedRow& row : m_prepared) {
-    row.bytes.reset(new unsigned char[kPairBytes * width]);
+  if (m_columnsMeet) {
+    FindEveryOther(m_pairs);
+  }
+  if (onlyPicks) {
+    return;
+  }
+  if (m_counts && result.height <= source.height) {
+    m_blocks = FindDirectBlocks({m_pairs, m_counts.get()}, parts);
+    m_goesDirect = m_blocks.Cover(width);
+  }
+  if (!m_goesDirect) {
+    FindBlocks(m_pairs);
+    for (PreparedRow& row : m_prepared) {
+      row.bytes.reset(new unsigned char[kPairBytes * width]);
+    }
   }
 }
 
@@ -69,6 +82,13 @@ void Resampler::Pick(const unsigned char* in, unsigned char* out) const noexcept
   } else {
     GatherFirsts(m_pairs, in, out);
   }
+}
+
+void Resampler::Direct(const unsigned char* first, const unsigned char* second, const Tap& rows,
+                       unsigned char* out) const noexcept {
+  const int parts = m_fractions.rowParts;
+  BlendDirect({m_pairs, m_counts.get()}, m_blocks,
+              {first, second, CountOfParts(rows.firstWeight, parts), CountOfParts(rows.secondWeight, parts)}, m_fractions, out);
 }
 
 void Resampler::Prepare(const unsigned char* in, unsigned char* out) const noexcept {

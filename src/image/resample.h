@@ -9,6 +9,7 @@
 // outside the source (it is one pixel wide or high, or has more than 2^24) are brought inside, weights stay as they are.
 #pragma once
 
+#include "image/resample_direct.h"
 #include "image/resample_fractions.h"
 #include "image/resample_pairs.h"
 
@@ -46,7 +47,8 @@ class Resampler {
   Resampler(PictureSides source, PictureSides result);
 
   /// Writes one row of the result.
-  /// @param fetch const unsigned char*(std::int32_t row): a row of the source, four bytes a pixel, valid until the next call
+  /// @param fetch const unsigned char*(std::int32_t row): a row of the source, four bytes a pixel, valid until another one
+  ///              of odd number is asked for if it is odd, of even number if it is even
   template <class Fetch>
   void Row(std::int32_t row, Fetch&& fetch, unsigned char* out) {
     Tap tap = TapAt(row, m_source.height, m_result.height);
@@ -56,6 +58,11 @@ class Resampler {
         Pick(fetch(tap.first), out);
         return;
       }
+    }
+    if (m_goesDirect) {
+      const unsigned char* const first = Fetched(tap.first, fetch);
+      Direct(first, tap.second == tap.first ? first : Fetched(tap.second, fetch), tap, out);
+      return;
     }
     const unsigned char* const first = Prepared(tap.first, fetch);
     const unsigned char* const second = Prepared(tap.second, fetch);
@@ -69,6 +76,20 @@ class Resampler {
     std::unique_ptr<unsigned char[]> bytes{};
   };
 
+  struct FetchedRow {
+    std::int32_t row = -1;
+    const unsigned char* bytes = nullptr;
+  };
+
+  template <class Fetch>
+  const unsigned char* Fetched(std::int32_t row, Fetch& fetch) {
+    FetchedRow& place = m_fetched[static_cast<std::size_t>(row) % m_fetched.size()];
+    if (place.row != row) {
+      place = {row, fetch(row)};
+    }
+    return place.bytes;
+  }
+
   template <class Fetch>
   const unsigned char* Prepared(std::int32_t row, Fetch& fetch) {
     PreparedRow& place = m_prepared[static_cast<std::size_t>(row) % m_prepared.size()];
@@ -80,6 +101,7 @@ class Resampler {
   }
 
   void Pick(const unsigned char* in, unsigned char* out) const noexcept;
+  void Direct(const unsigned char* first, const unsigned char* second, const Tap& rows, unsigned char* out) const noexcept;
   void Prepare(const unsigned char* in, unsigned char* out) const noexcept;
   void Blend(const unsigned char* first, const unsigned char* second, const Tap& rows, unsigned char* out) const noexcept;
 
@@ -90,6 +112,9 @@ class Resampler {
   Fractions m_fractions{};
   std::unique_ptr<float[]> m_weights{};       // all first weights, then all second ones; none where fractions do
   std::unique_ptr<signed char[]> m_counts{};  // the same in parts, of each column the first and the second
+  bool m_goesDirect = false;                  // no rows are prepared
+  DirectBlocks m_blocks{};
+  std::array<FetchedRow, 2> m_fetched{};
   std::array<PreparedRow, 2> m_prepared;
 };
 

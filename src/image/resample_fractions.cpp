@@ -3,8 +3,7 @@
 #include "image/resample_fractions.h"
 
 #include "image/resample.h"
-#include "os/cpu.h"
-#include "os/intrinsics.h"
+#include "image/resample_fraction_vectors.h"
 
 #include <algorithm>
 #include <cmath>
@@ -50,39 +49,26 @@ Fractions Divided(int columnParts, int rowParts) noexcept {
 
 void RowsFrom(std::size_t i, const BlendedRows& rows, const Fractions& fractions, std::size_t pixels,
               unsigned char* out) noexcept {
-  const int parts = fractions.columnParts * fractions.rowParts;
   for (; i < pixels; ++i) {
     std::int16_t a[kPixel], b[kPixel];
     std::memcpy(a, rows.first + i * kPair, sizeof a);
     std::memcpy(b, rows.second + i * kPair, sizeof b);
     for (std::size_t n = 0; n < kPixel; ++n) {
-      const int sum = a[n] * rows.firstCount + b[n] * rows.secondCount + fractions.half;
-      out[i * kPixel + n] = static_cast<unsigned char>(std::clamp(sum, 0, 256 * parts - 1) / parts);
+      out[i * kPixel + n] = QuotientByte(a[n] * rows.firstCount + b[n] * rows.secondCount, fractions);
     }
   }
 }
 
-// What a row of numbers takes in each tier: the sums of some pixels, divided.
-
-struct FactorsSse2 {
-  __m128i first, second, half, factor, shift;
-};
 template <bool kOneRow>
 QXV_ALWAYS_INLINE __m128i TwoPixelsSse2(const BlendedRows& rows, const FactorsSse2& by, std::size_t i) noexcept {
-  const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows.first + i * kPair));
-  __m128i sum = _mm_add_epi16(_mm_mullo_epi16(a, by.first), by.half);
-  if constexpr (!kOneRow) {
-    const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows.second + i * kPair));
-    sum = _mm_add_epi16(sum, _mm_mullo_epi16(b, by.second));
-  }
-  return _mm_sra_epi16(_mm_mulhi_epi16(sum, by.factor), by.shift);
+  const __m128i* const second = reinterpret_cast<const __m128i*>(rows.second + i * kPair);
+  return QuotientsSse2<kOneRow>(_mm_loadu_si128(reinterpret_cast<const __m128i*>(rows.first + i * kPair)),
+                                kOneRow ? _mm_setzero_si128() : _mm_loadu_si128(second), by);
 }
 
 template <bool kOneRow>
 void RowsSse2(const BlendedRows& rows, const Fractions& fractions, std::size_t pixels, unsigned char* out) noexcept {
-  const FactorsSse2 by = {_mm_set1_epi16(static_cast<short>(rows.firstCount)),
-                          _mm_set1_epi16(static_cast<short>(rows.secondCount)), _mm_set1_epi16(fractions.half),
-                          _mm_set1_epi16(fractions.factor), _mm_cvtsi32_si128(fractions.shift)};
+  const FactorsSse2 by = SpreadSse2(rows, fractions);
   std::size_t i = 0;
   for (; i + 4 <= pixels; i += 4) {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i * kPixel),
@@ -91,66 +77,53 @@ void RowsSse2(const BlendedRows& rows, const Fractions& fractions, std::size_t p
   RowsFrom(i, rows, fractions, pixels, out);
 }
 
-struct FactorsAvx2 {
-  __m256i first, second, half, factor;
-  __m128i shift;
-};
 template <bool kOneRow>
 QXV_INLINE_AVX2 __m256i FourPixelsAvx2(const BlendedRows& rows, const FactorsAvx2& by, std::size_t i) noexcept {
-  const __m256i a = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(rows.first + i * kPair));
-  __m256i sum = _mm256_add_epi16(_mm256_mullo_epi16(a, by.first), by.half);
-  if constexpr (!kOneRow) {
-    const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(rows.second + i * kPair));
-    sum = _mm256_add_epi16(sum, _mm256_mullo_epi16(b, by.second));
-  }
-  return _mm256_sra_epi16(_mm256_mulhi_epi16(sum, by.factor), by.shift);
+  const __m256i* const second = reinterpret_cast<const __m256i*>(rows.second + i * kPair);
+  return QuotientsAvx2<kOneRow>(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(rows.first + i * kPair)),
+                                kOneRow ? _mm256_setzero_si256() : _mm256_loadu_si256(second), by);
 }
 
 template <bool kOneRow>
 QXV_TARGET_AVX2 void RowsAvx2(const BlendedRows& rows, const Fractions& fractions, std::size_t pixels,
                               unsigned char* out) noexcept {
-  const FactorsAvx2 by = {_mm256_set1_epi16(static_cast<short>(rows.firstCount)),
-                          _mm256_set1_epi16(static_cast<short>(rows.secondCount)), _mm256_set1_epi16(fractions.half),
-                          _mm256_set1_epi16(fractions.factor), _mm_cvtsi32_si128(fractions.shift)};
+  const FactorsAvx2 by = SpreadAvx2(rows, fractions);
   std::size_t i = 0;
   for (; i + 8 <= pixels; i += 8) {
-    const __m256i packed = _mm256_packus_epi16(FourPixelsAvx2<kOneRow>(rows, by, i), FourPixelsAvx2<kOneRow>(rows, by, i + 4));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i * kPixel), _mm256_permute4x64_epi64(packed, 0xD8));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i * kPixel),
+                        PackInOrderAvx2(FourPixelsAvx2<kOneRow>(rows, by, i), FourPixelsAvx2<kOneRow>(rows, by, i + 4)));
   }
   RowsFrom(i, rows, fractions, pixels, out);
 }
 
-struct FactorsAvx512 {
-  __m512i first, second, half, factor;
-  __m128i shift;
-};
 template <bool kOneRow>
 QXV_INLINE_AVX512 __m512i EightPixelsAvx512(const BlendedRows& rows, const FactorsAvx512& by, std::size_t i) noexcept {
-  __m512i sum = _mm512_add_epi16(_mm512_mullo_epi16(_mm512_loadu_si512(rows.first + i * kPair), by.first), by.half);
-  if constexpr (!kOneRow) {
-    sum = _mm512_add_epi16(sum, _mm512_mullo_epi16(_mm512_loadu_si512(rows.second + i * kPair), by.second));
-  }
-  return _mm512_sra_epi16(_mm512_mulhi_epi16(sum, by.factor), by.shift);
+  return QuotientsAvx512<kOneRow>(_mm512_loadu_si512(rows.first + i * kPair),
+                                  kOneRow ? _mm512_setzero_si512() : _mm512_loadu_si512(rows.second + i * kPair), by);
 }
 
 template <bool kOneRow>
 QXV_TARGET_AVX512 void RowsAvx512(const BlendedRows& rows, const Fractions& fractions, std::size_t pixels,
                                   unsigned char* out) noexcept {
-  const FactorsAvx512 by = {_mm512_set1_epi16(static_cast<short>(rows.firstCount)),
-                            _mm512_set1_epi16(static_cast<short>(rows.secondCount)), _mm512_set1_epi16(fractions.half),
-                            _mm512_set1_epi16(fractions.factor), _mm_cvtsi32_si128(fractions.shift)};
-  const __m512i inOrder = _mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7);
+  const FactorsAvx512 by = SpreadAvx512(rows, fractions);
   std::size_t i = 0;
   for (; i + 16 <= pixels; i += 16) {
-    const __m512i packed =
-        _mm512_packus_epi16(EightPixelsAvx512<kOneRow>(rows, by, i), EightPixelsAvx512<kOneRow>(rows, by, i + 8));
-    _mm512_storeu_si512(out + i * kPixel, _mm512_permutexvar_epi64(inOrder, packed));
+    const __m512i low = EightPixelsAvx512<kOneRow>(rows, by, i), high = EightPixelsAvx512<kOneRow>(rows, by, i + 8);
+    _mm512_storeu_si512(out + i * kPixel, PackInOrderAvx512(low, high));
   }
   RowsFrom(i, rows, fractions, pixels, out);
 }
 
 template <bool kOneRow>
 constexpr os::KernelTable<decltype(&RowsSse2<false>)> kRows{{&RowsSse2<kOneRow>, &RowsAvx2<kOneRow>, &RowsAvx512<kOneRow>}};
+
+// So many places from the first one on are exact in single precision, and the next one is inside the source: their weights are.
+std::int32_t ExactPlaces(std::int32_t sourceSide, std::int32_t side, std::int32_t parts) noexcept {
+  constexpr std::int64_t kExact = 0x1000000;            // all whole numbers up to here
+  const std::int32_t stepBack = side / sourceSide + 2;  // the last places, that may
+  const bool areExact = kExactParts % parts == 0 && std::int64_t{side} * sourceSide <= kExact;
+  return areExact ? std::max(side - stepBack, 0) : 0;
+}
 
 }  // namespace
 
@@ -160,7 +133,7 @@ SideWeights WeightsOf(std::int32_t sourceSide, std::int32_t side) noexcept {
     return {};
   }
   SideWeights result{parts, 0, 1};
-  for (std::int32_t i = 0; i < side; ++i) {
+  for (std::int32_t i = ExactPlaces(sourceSide, side, parts); i < side; ++i) {
     const Tap tap = TapAt(i, sourceSide, side);
     const int first = CountOfParts(tap.firstWeight, parts), second = CountOfParts(tap.secondWeight, parts);
     if (first + second != parts || std::abs(first - second) > 3 * parts) {

@@ -6,6 +6,7 @@
 // as the weights in single precision are not too far from the exact ones.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -16,6 +17,9 @@ struct SideWeights {
   int parts = 0;     ///< every weight is a count of 1 / parts; 0: no simple ratio
   double error = 0;  ///< how far those in single precision lie from that, a bound for a sum over both
   double reach = 1;  ///< both without their signs, at most: 1, and more where they reach beyond the source
+
+  /// Every place of the result is one of the source.
+  bool Meet() const noexcept { return parts == 1 && error == 0; }
 };
 SideWeights WeightsOf(std::int32_t sourceSide, std::int32_t side) noexcept;
 
@@ -29,6 +33,12 @@ struct Fractions {
   int shift = 0;
 };
 Fractions FractionsFor(const SideWeights& columns, const SideWeights& rows) noexcept;
+
+/// The byte of a sum that was not divided yet.
+inline unsigned char QuotientByte(int sum, const Fractions& fractions) noexcept {
+  const int product = fractions.columnParts * fractions.rowParts;
+  return static_cast<unsigned char>(std::clamp(sum + fractions.half, 0, 256 * product - 1) / product);
+}
 
 /// The count of parts nearest to a weight.
 int CountOfParts(float weight, int parts) noexcept;

@@ -154,6 +154,9 @@ void FindBlocks(PixelPairs& pairs) {
       pairs.inBlock[pairs.blocks * 8 + n] = static_cast<unsigned char>(places[n] - places[0]);
     }
   }
+}
+
+void FindEveryOther(PixelPairs& pairs) noexcept {
   pairs.everyOther = true;
   for (std::size_t i = 0; i < pairs.pixels && pairs.everyOther; ++i) {
     pairs.everyOther = static_cast<std::size_t>(pairs.places[2 * i]) == 2 * i;

@@ -157,6 +157,28 @@ TEST(Resample, SimpleRatiosOfLongSidesFollowTheRule) {
   }
 }
 
+// Rows of the source are not kept then, and blocks of 8 pixels come in many ways: alone, with a rest, at the end of a row.
+TEST(Resample, SimpleRatiosOfPicturesThatBecomeLowerFollowTheRule) {
+  struct Sides {
+    int from, to;
+  };
+  constexpr Sides kWidths[] = {{15, 10}, {24, 16},  {27, 18},   {30, 20}, {48, 32}, {69, 46}, {1200, 800},
+                               {32, 24}, {60, 45},  {160, 120}, {40, 24}, {70, 50}, {28, 20}, {45, 25},
+                               {20, 16}, {100, 80}, {30, 30},   {20, 30}, {16, 32}, {24, 36}, {36, 16}};
+  constexpr Sides kHeights[] = {{6, 4}, {8, 6}, {10, 6}, {14, 10}, {5, 4}, {7, 7}, {9, 3}};
+  for (const Sides& width : kWidths) {
+    for (const Sides& height : kHeights) {
+      const Shape source{32, width.from, height.from, 0}, result{32, width.to, height.to, 0};
+      const Bytes in = Mixed(4 * static_cast<std::size_t>(width.from) * static_cast<std::size_t>(height.from), 10);
+      const Bytes wanted = Wanted(in, source, result);
+      support::ForEachCpuTier([&] {
+        ASSERT_TRUE(Resample(in, {width.from, height.from}, {width.to, height.to}) == wanted)
+            << width.from << 'x' << height.from << " to " << width.to << 'x' << height.to;
+      });
+    }
+  }
+}
+
 // Both sides at their full length, so that the errors of both weights meet.
 TEST(Resample, TwoToThreeOfAWholePictureFollowsTheRule) {
   const Shape source{32, 1280, 720, 0}, result{32, 1920, 1080, 0};
@@ -205,6 +227,26 @@ TEST(Resample, RowsMayBeAskedForInAnyOrder) {
     resampler.Row(
         r, [&](std::int32_t y) { return in.data() + static_cast<std::size_t>(y) * 36; }, row.data());
     EXPECT_TRUE(std::equal(row.begin(), row.end(), inOrder.begin() + r * 44)) << r;
+  }
+}
+
+TEST(Resample, OneRowOfOddNumberAndOneOfEvenNumberAreKept) {
+  for (const int height : {4, 6, 7, 13}) {
+    const Bytes in = Mixed(4 * 30 * 8, 11);
+    const Bytes inOrder = Resample(in, {30, 8}, {20, height});
+    qxv::Resampler resampler({30, 8}, {20, height});
+    Bytes kept(2 * 120), row(80);
+    for (int turn = 0; turn < 2; ++turn) {
+      for (int r = 0; r < height; ++r) {
+        const auto fetch = [&](std::int32_t y) -> const unsigned char* {
+          unsigned char* const place = kept.data() + y % 2 * 120;
+          std::copy_n(in.begin() + y * 120, 120, place);
+          return place;
+        };
+        resampler.Row(r, fetch, row.data());
+        ASSERT_TRUE(std::equal(row.begin(), row.end(), inOrder.begin() + r * 80)) << height << ' ' << r;
+      }
+    }
   }
 }
 
