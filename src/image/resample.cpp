@@ -37,9 +37,13 @@ Resampler::Resampler(PictureSides source, PictureSides result) : m_source(source
   m_fractions = FractionsFor(columns, rows);
   const int parts = m_fractions.columnParts;
   const auto width = static_cast<std::size_t>(result.width);
-  m_pairs.places.reset(new std::int32_t[2 * width]);
+  m_pairs.step = static_cast<std::size_t>(columns.step);
   m_pairs.pixels = width;
   m_pairs.sourcePixels = static_cast<std::size_t>(source.width);
+  if (onlyPicks && columns.step != 0) {
+    return;
+  }
+  m_pairs.places.reset(new std::int32_t[2 * width]);
   if (!onlyPicks && parts != 0) {
     m_counts.reset(new signed char[2 * width]);
   } else if (!onlyPicks) {
@@ -57,9 +61,6 @@ Resampler::Resampler(PictureSides source, PictureSides result) : m_source(source
       m_weights[i] = taken.firstWeight;
       m_weights[width + i] = taken.secondWeight;
     }
-  }
-  if (m_columnsMeet) {
-    FindEveryOther(m_pairs);
   }
   if (onlyPicks) {
     return;

@@ -117,12 +117,10 @@ QXV_TARGET_AVX512 void RowsAvx512(const BlendedRows& rows, const Fractions& frac
 template <bool kOneRow>
 constexpr os::KernelTable<decltype(&RowsSse2<false>)> kRows{{&RowsSse2<kOneRow>, &RowsAvx2<kOneRow>, &RowsAvx512<kOneRow>}};
 
-// So many places from the first one on are exact in single precision, and the next one is inside the source: their weights are.
-std::int32_t ExactPlaces(std::int32_t sourceSide, std::int32_t side, std::int32_t parts) noexcept {
-  constexpr std::int64_t kExact = 0x1000000;            // all whole numbers up to here
-  const std::int32_t stepBack = side / sourceSide + 2;  // the last places, that may
-  const bool areExact = kExactParts % parts == 0 && std::int64_t{side} * sourceSide <= kExact;
-  return areExact ? std::max(side - stepBack, 0) : 0;
+// Every place is a whole number or has a half or a quarter, and single precision holds it and what it comes from.
+bool HasExactPlaces(std::int32_t sourceSide, std::int32_t side, std::int32_t parts) noexcept {
+  constexpr std::int64_t kAllWholeNumbers = 0x1000000;
+  return kExactParts % parts == 0 && std::int64_t{side} * sourceSide <= kAllWholeNumbers;
 }
 
 }  // namespace
@@ -132,8 +130,10 @@ SideWeights WeightsOf(std::int32_t sourceSide, std::int32_t side) noexcept {
   if (parts > kMostParts) {
     return {};
   }
-  SideWeights result{parts, 0, 1};
-  for (std::int32_t i = ExactPlaces(sourceSide, side, parts); i < side; ++i) {
+  const bool areExact = HasExactPlaces(sourceSide, side, parts);
+  SideWeights result{parts, 0, 1, areExact && parts == 1 ? sourceSide / side : 0};
+  const std::int32_t mayStepBack = side / sourceSide + 2;  // the last ones; before them exact places have exact weights
+  for (std::int32_t i = areExact ? std::max(side - mayStepBack, 0) : 0; i < side; ++i) {
     const Tap tap = TapAt(i, sourceSide, side);
     const int first = CountOfParts(tap.firstWeight, parts), second = CountOfParts(tap.secondWeight, parts);
     if (first + second != parts || std::abs(first - second) > 3 * parts) {

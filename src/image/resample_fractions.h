@@ -14,9 +14,10 @@ namespace qxv {
 
 /// The weights along one side.
 struct SideWeights {
-  int parts = 0;     ///< every weight is a count of 1 / parts; 0: no simple ratio
-  double error = 0;  ///< how far those in single precision lie from that, a bound for a sum over both
-  double reach = 1;  ///< both without their signs, at most: 1, and more where they reach beyond the source
+  int parts = 0;          ///< every weight is a count of 1 / parts; 0: no simple ratio
+  double error = 0;       ///< how far those in single precision lie from that, a bound for a sum over both
+  double reach = 1;       ///< both without their signs, at most: 1, and more where they reach beyond the source
+  std::int32_t step = 0;  ///< not 0: the places are 0, step, twice that, ...
 
   /// Every place of the result is one of the source.
   bool Meet() const noexcept { return parts == 1 && error == 0; }

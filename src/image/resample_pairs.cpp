@@ -2,8 +2,7 @@
 
 #include "image/resample_pairs.h"
 
-#include "os/cpu.h"
-#include "os/intrinsics.h"
+#include "image/pixel_layout_vectors.h"
 
 #include <cstring>
 
@@ -97,7 +96,8 @@ QXV_TARGET_AVX2 void SumsAvx2(const PixelPairs& pairs, const signed char* counts
 
 constexpr os::KernelTable<decltype(&SumsSse2)> kSums{{&SumsSse2, &SumsAvx2, &SumsAvx2}};
 
-// Pixels 0, 2, 4, ...; the source ends with the last one of them, or one behind it.
+// Pixels 0, 2, 4, ...; the source ends with the last one of them, or one behind it. So a block, which reads as far as there,
+// never holds the last pixel of the result.
 
 void EveryOtherFrom(std::size_t i, const unsigned char* row, std::size_t pixels, unsigned char* out) noexcept {
   for (; i < pixels; ++i) {
@@ -107,7 +107,7 @@ void EveryOtherFrom(std::size_t i, const unsigned char* row, std::size_t pixels,
 
 void EveryOtherSse2(const unsigned char* row, std::size_t pixels, unsigned char* out) noexcept {
   std::size_t i = 0;
-  for (; i + 5 <= pixels; i += 4) {
+  for (; i + 4 <= pixels; i += 4) {
     const __m128 low = _mm_loadu_ps(reinterpret_cast<const float*>(row + 2 * i * kPixel));
     const __m128 high = _mm_loadu_ps(reinterpret_cast<const float*>(row + 2 * i * kPixel + 16));
     _mm_storeu_ps(reinterpret_cast<float*>(out + i * kPixel), _mm_shuffle_ps(low, high, 0x88));
@@ -115,25 +115,39 @@ void EveryOtherSse2(const unsigned char* row, std::size_t pixels, unsigned char*
   EveryOtherFrom(i, row, pixels, out);
 }
 
+QXV_INLINE_AVX2 void EveryOther8(const unsigned char* row, std::size_t i, unsigned char* out) noexcept {
+  const __m256 low = _mm256_loadu_ps(reinterpret_cast<const float*>(row + 2 * i * kPixel));
+  const __m256 high = _mm256_loadu_ps(reinterpret_cast<const float*>(row + 2 * i * kPixel + 32));
+  const __m256i even = _mm256_castps_si256(_mm256_shuffle_ps(low, high, 0x88));
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i * kPixel), _mm256_permute4x64_epi64(even, 0xD8));
+}
+
 QXV_TARGET_AVX2 void EveryOtherAvx2(const unsigned char* row, std::size_t pixels, unsigned char* out) noexcept {
-  std::size_t i = 0;
-  for (; i + 9 <= pixels; i += 8) {
-    const __m256 low = _mm256_loadu_ps(reinterpret_cast<const float*>(row + 2 * i * kPixel));
-    const __m256 high = _mm256_loadu_ps(reinterpret_cast<const float*>(row + 2 * i * kPixel + 32));
-    const __m256i even = _mm256_castps_si256(_mm256_shuffle_ps(low, high, 0x88));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i * kPixel), _mm256_permute4x64_epi64(even, 0xD8));
+  if (pixels < 8) {
+    return EveryOtherFrom(0, row, pixels, out);
   }
-  EveryOtherFrom(i, row, pixels, out);
+  EveryOther8(row, 0, out);
+  for (std::size_t i = PixelsToBlock<32, 4>(out); i + 8 <= pixels; i += 8) {
+    EveryOther8(row, i, out);
+  }
+  EveryOther8(row, pixels - 8, out);
+}
+
+QXV_INLINE_AVX512 void EveryOther16(const unsigned char* row, std::size_t i, unsigned char* out) noexcept {
+  const __m512i even = _mm512_setr_epi32(0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30);
+  const __m512i low = _mm512_loadu_si512(row + 2 * i * kPixel), high = _mm512_loadu_si512(row + 2 * i * kPixel + 64);
+  _mm512_storeu_si512(out + i * kPixel, _mm512_permutex2var_epi32(low, even, high));
 }
 
 QXV_TARGET_AVX512 void EveryOtherAvx512(const unsigned char* row, std::size_t pixels, unsigned char* out) noexcept {
-  const __m512i even = _mm512_setr_epi32(0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30);
-  std::size_t i = 0;
-  for (; i + 17 <= pixels; i += 16) {
-    const __m512i low = _mm512_loadu_si512(row + 2 * i * kPixel), high = _mm512_loadu_si512(row + 2 * i * kPixel + 64);
-    _mm512_storeu_si512(out + i * kPixel, _mm512_permutex2var_epi32(low, even, high));
+  if (pixels < 16) {
+    return EveryOtherAvx2(row, pixels, out);
   }
-  EveryOtherFrom(i, row, pixels, out);
+  EveryOther16(row, 0, out);
+  for (std::size_t i = PixelsToBlock<64, 4>(out); i + 16 <= pixels; i += 16) {
+    EveryOther16(row, i, out);
+  }
+  EveryOther16(row, pixels - 16, out);
 }
 
 constexpr os::KernelTable<decltype(&EveryOtherSse2)> kEveryOther{{&EveryOtherSse2, &EveryOtherAvx2, &EveryOtherAvx512}};
@@ -156,13 +170,6 @@ void FindBlocks(PixelPairs& pairs) {
   }
 }
 
-void FindEveryOther(PixelPairs& pairs) noexcept {
-  pairs.everyOther = true;
-  for (std::size_t i = 0; i < pairs.pixels && pairs.everyOther; ++i) {
-    pairs.everyOther = static_cast<std::size_t>(pairs.places[2 * i]) == 2 * i;
-  }
-}
-
 void GatherPairs(const PixelPairs& pairs, const unsigned char* row, unsigned char* out) noexcept {
   kPairs.Active()(pairs, row, out);
 }
@@ -172,12 +179,13 @@ void GatherSums(const PixelPairs& pairs, const signed char* counts, const unsign
 }
 
 void GatherFirsts(const PixelPairs& pairs, const unsigned char* row, unsigned char* out) noexcept {
-  if (pairs.everyOther) {
+  if (pairs.step == 2) {
     kEveryOther.Active()(row, pairs.pixels, out);
     return;
   }
   for (std::size_t i = 0; i < pairs.pixels; ++i) {
-    std::memcpy(out + i * kPixel, row + static_cast<std::size_t>(pairs.places[2 * i]) * kPixel, kPixel);
+    const std::size_t place = pairs.step != 0 ? i * pairs.step : static_cast<std::size_t>(pairs.places[2 * i]);
+    std::memcpy(out + i * kPixel, row + place * kPixel, kPixel);
   }
 }
 

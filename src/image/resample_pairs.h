@@ -10,6 +10,7 @@ namespace qxv {
 inline constexpr std::size_t kPairBytes = 8;
 
 struct PixelPairs {
+  std::size_t step = 0;  ///< not 0: the firsts are 0, step, ..., of step times as many; GatherFirsts asks for no places then
   std::unique_ptr<std::int32_t[]> places{};  ///< for each pixel of the result two of the source row, both rising
   std::size_t pixels = 0;                    ///< of the result
   std::size_t sourcePixels = 0;
@@ -18,13 +19,10 @@ struct PixelPairs {
   std::size_t blocks = 0;  ///< of four pixels, from the left, whose pairs lie within 8 pixels of the source
   std::unique_ptr<std::int32_t[]> blockPlaces{};  ///< where these 8 pixels begin
   std::unique_ptr<unsigned char[]> inBlock{};     ///< of both pixels of each pair the place among them
-
-  bool everyOther = false;  ///< the firsts are 0, 2, 4, ...; FindEveryOther finds out
 };
 
 /// The places and both counts of pixels must be there. std::bad_alloc.
 void FindBlocks(PixelPairs& pairs);
-void FindEveryOther(PixelPairs& pairs) noexcept;
 
 /// Both pixels of each pair: kPairBytes for each pixel of the result.
 void GatherPairs(const PixelPairs& pairs, const unsigned char* row, unsigned char* out) noexcept;

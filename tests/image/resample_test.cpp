@@ -83,6 +83,19 @@ TEST(Resample, HalfTheSizeTakesEveryOtherPixel) {
   });
 }
 
+TEST(Resample, WholeStepsTakeTheirPixelsAtEveryLength) {
+  for (const int step : {2, 3, 4, 5}) {
+    for (int side = 1; side < 72; ++side) {
+      const Bytes in = Mixed(4 * static_cast<std::size_t>(step * side), 3);
+      Bytes wanted;
+      for (std::size_t i = 0; i < in.size(); i += 4 * static_cast<std::size_t>(step)) {
+        wanted.insert(wanted.end(), &in[i], &in[i] + 4);
+      }
+      support::ForEachCpuTier([&] { ASSERT_TRUE(Resample(in, {step * side, 1}, {side, 1}) == wanted) << step << ' ' << side; });
+    }
+  }
+}
+
 TEST(Resample, EveryPairOfSizesFollowsTheRule) {
   constexpr int kSides[] = {1, 2, 3, 5, 7, 8, 9, 16, 17, 24, 33, 48, 64, 71};
   std::size_t pairs = 0;
