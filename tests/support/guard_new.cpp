@@ -79,9 +79,8 @@ std::size_t AlignmentOf(std::size_t size) {  // every element type whose array h
   return alignment;
 }
 
-unsigned char* BlockStart(unsigned char* mapping, std::size_t size) {
-  unsigned char* end = mapping + MappedBytes(size);
-  return end - (size + AlignmentOf(size) - 1) / AlignmentOf(size) * AlignmentOf(size);
+std::size_t BlockOffset(std::size_t size) {  // from the start of the mapping
+  return MappedBytes(size) - (size + AlignmentOf(size) - 1) / AlignmentOf(size) * AlignmentOf(size);
 }
 
 void* GuardedArray(std::size_t size) {
@@ -105,7 +104,7 @@ void* GuardedArray(std::size_t size) {
     throw std::bad_alloc();
   }
 #endif
-  unsigned char* block = BlockStart(mapping, size);
+  unsigned char* block = mapping + BlockOffset(size);
   const Front front{size, kArrayMagic};
   std::memcpy(block - sizeof front, &front, sizeof front);
   std::memset(block, 0xCD, size);  // never zero by luck
@@ -119,8 +118,7 @@ void ReleaseGuardedArray(void* block) {
                                    : "delete[] of a foreign block or of one written before its start");
   }
   const std::size_t mapped = MappedBytes(front.size);
-  unsigned char* mapping =
-      static_cast<unsigned char*>(block) - (BlockStart(nullptr, front.size) - static_cast<unsigned char*>(nullptr));
+  unsigned char* mapping = static_cast<unsigned char*>(block) - BlockOffset(front.size);
 #if defined(_WIN32)
   (void)mapped;
   ::VirtualFree(mapping, 0, MEM_RELEASE);
