@@ -55,7 +55,7 @@ class Resampler {
     if (tap.Only() >= 0) {
       tap = tap.Alone();
       if (m_columnsMeet) {
-        Pick(fetch(tap.first), out);
+        Pick(Fetched(tap.first, fetch), out);
         return;
       }
     }
@@ -81,6 +81,7 @@ class Resampler {
     const unsigned char* bytes = nullptr;
   };
 
+  // Every row comes through here: the next one of its kind takes its place.
   template <class Fetch>
   const unsigned char* Fetched(std::int32_t row, Fetch& fetch) {
     FetchedRow& place = m_fetched[static_cast<std::size_t>(row) % m_fetched.size()];
@@ -94,7 +95,7 @@ class Resampler {
   const unsigned char* Prepared(std::int32_t row, Fetch& fetch) {
     PreparedRow& place = m_prepared[static_cast<std::size_t>(row) % m_prepared.size()];
     if (place.row != row) {
-      Prepare(fetch(row), place.bytes.get());
+      Prepare(Fetched(row, fetch), place.bytes.get());
       place.row = row;
     }
     return place.bytes.get();

@@ -244,20 +244,28 @@ TEST(Resample, RowsMayBeAskedForInAnyOrder) {
 }
 
 TEST(Resample, OneRowOfOddNumberAndOneOfEvenNumberAreKept) {
-  for (const int height : {4, 6, 7, 13}) {
+  for (const auto& [width, height] : {std::pair{20, 4}, {20, 6}, {20, 7}, {20, 13}, {30, 4}, {30, 6}, {30, 13}, {15, 6}}) {
+    SCOPED_TRACE(testing::Message() << width << " x " << height);
     const Bytes in = Mixed(4 * 30 * 8, 11);
-    const Bytes inOrder = Resample(in, {30, 8}, {20, height});
-    qxv::Resampler resampler({30, 8}, {20, height});
-    Bytes kept(2 * 120), row(80);
-    for (int turn = 0; turn < 2; ++turn) {
-      for (int r = 0; r < height; ++r) {
-        const auto fetch = [&](std::int32_t y) -> const unsigned char* {
-          unsigned char* const place = kept.data() + y % 2 * 120;
-          std::copy_n(in.begin() + y * 120, 120, place);
-          return place;
-        };
-        resampler.Row(r, fetch, row.data());
-        ASSERT_TRUE(std::equal(row.begin(), row.end(), inOrder.begin() + r * 80)) << height << ' ' << r;
+    const Bytes inOrder = Resample(in, {30, 8}, {width, height});
+    qxv::Resampler resampler({30, 8}, {width, height});
+    Bytes kept(2 * 120), row(4 * static_cast<std::size_t>(width));
+    const auto fetch = [&](std::int32_t y) -> const unsigned char* {
+      unsigned char* const place = kept.data() + y % 2 * 120;
+      std::copy_n(in.begin() + y * 120, 120, place);
+      return place;
+    };
+    const auto expectRow = [&](int r) {
+      resampler.Row(r, fetch, row.data());
+      ASSERT_TRUE(std::equal(row.begin(), row.end(), inOrder.begin() + r * static_cast<int>(row.size()))) << r;
+    };
+    for (int r = 0; r < height; ++r) {
+      expectRow(r);
+    }
+    for (int r = height; r-- > 0;) {
+      for (int between = 0; between < height; ++between) {
+        expectRow(between);
+        expectRow(r);
       }
     }
   }
