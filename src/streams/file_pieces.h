@@ -11,7 +11,7 @@
 
 namespace qxv {
 
-/// What a piece holds, and the most that is had in place at once.
+/// What is read from a file at once, and the most that can be asked for in place.
 inline constexpr std::size_t kFilePiece = std::size_t{192} * 1024;
 
 /// Opened once. The length is taken then, so that what a header claims can be compared with what is left before anything is
